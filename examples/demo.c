@@ -1,0 +1,85 @@
+/*
+ * A tour of orvspx. Each section prints what it does and checks its own
+ * results; the program exits 0 only if every check holds.
+ */
+#include <stdio.h>
+#include <string.h>
+
+#include "orvspx.h"
+
+static int failures = 0;
+
+static void check(int ok, const char* what) {
+  printf("  [%s] %s\n", ok ? " ok " : "FAIL", what);
+  if (!ok) ++failures;
+}
+
+static void section(const char* title) { printf("\n== %s ==\n", title); }
+
+static void demo_version(void) {
+  const orvLibraryVersion* v = orvsGetLibVersion();
+  section("Library version");
+  printf("  %s %s (%d.%d.%d.%d), code variant \"%s\", built %s\n", v->name, v->version,
+         v->major, v->minor, v->majorBuild, v->build, v->targetCpu, v->buildDate);
+  check(v == orvsGetLibVersion(), "the version record is one constant record");
+}
+
+static void demo_status(void) {
+  static const orvStatus codes[] = {orvOk, orvErrNullPointer, orvErrSize, orvWarnDivByZero,
+                                    orvErrCpuNotSupported, 12345};
+  size_t i;
+  section("Status texts");
+  for (i = 0; i < sizeof codes / sizeof codes[0]; ++i)
+    printf("  %6d  %s\n", codes[i], orvGetStatusString(codes[i]));
+  check(orvsSetFlushToZero(1, NULL) == orvErrCpuNotSupported,
+        "flush-to-zero is not offered by this build");
+}
+
+static void demo_memory(void) {
+  enum { N = 10 };
+  orv32f* a = orvsMalloc_32f(N);
+  orv32f* b = orvsMalloc_32f(N);
+  orv16s* s = orvsMalloc_16s(N);
+  int i, ok;
+  section("Memory, fill, copy and flip");
+  if (!a || !b || !s) {
+    check(0, "allocation of three small vectors");
+    orvsFree(a);
+    orvsFree(b);
+    orvsFree(s);
+    return;
+  }
+  printf("  three vectors at %p, %p, %p\n", (void*)a, (void*)b, (void*)s);
+  check(((size_t)a % 32) == 0 && ((size_t)b % 32) == 0 && ((size_t)s % 32) == 0,
+        "every block starts on a 32-byte boundary");
+  check(orvsMalloc_8u(0) == NULL, "a request for 0 elements gives null");
+
+  for (i = 0; i < N; ++i) a[i] = (orv32f)i * 1.5f;
+  orvsCopy_32f(a, b, N);
+  check(memcmp(a, b, sizeof(orv32f) * N) == 0, "orvsCopy_32f copies all ten elements");
+  orvsFlip_32f_I(b, N);
+  printf("  flipped:");
+  for (i = 0; i < N; ++i) printf(" %g", b[i]);
+  printf("\n");
+  for (ok = 1, i = 0; i < N; ++i) ok &= b[i] == a[N - 1 - i];
+  check(ok, "orvsFlip_32f_I reverses the order");
+  orvsSet_16s(-7, s, N);
+  orvsZero_16s(s + 5, 5);
+  printf("  set then half zeroed:");
+  for (i = 0; i < N; ++i) printf(" %d", s[i]);
+  printf("\n");
+  check(s[4] == -7 && s[5] == 0, "orvsSet_16s and orvsZero_16s fill their ranges");
+  check(orvsCopy_32f(a, NULL, N) == orvErrNullPointer && orvsCopy_32f(a, b, 0) == orvErrSize,
+        "bad arguments give orvErrNullPointer, then orvErrSize");
+  orvsFree(a);
+  orvsFree(b);
+  orvsFree(s);
+}
+
+int main(void) {
+  demo_version();
+  demo_status();
+  demo_memory();
+  printf("\n%s: %d failed check(s)\n", failures ? "DEMO FAILED" : "demo ok", failures);
+  return failures ? 1 : 0;
+}

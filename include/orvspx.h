@@ -1,0 +1,366 @@
+/*
+ * orvspx: signal-processing primitives on one-dimensional vectors.
+ *
+ * The one public header of the library. Plain C; usable from C99 and C++.
+ * Every function returns an orvStatus (0 success, > 0 warning, < 0 error)
+ * unless it says otherwise; vectors are plain arrays with an element count.
+ */
+#ifndef ORVSPX_H
+#define ORVSPX_H
+
+#include <stdint.h>
+
+#if defined(_WIN32)
+#  if defined(ORVSPX_BUILDING)
+#    define ORV_API __declspec(dllexport)
+#  else
+#    define ORV_API
+#  endif
+#elif defined(__GNUC__)
+#  define ORV_API __attribute__((visibility("default")))
+#else
+#  define ORV_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Element types ---------------------------------------------------- */
+
+typedef uint8_t  orv8u;
+typedef int8_t   orv8s;
+typedef uint16_t orv16u;
+typedef int16_t  orv16s;
+typedef uint32_t orv32u;
+typedef int32_t  orv32s;
+typedef int64_t  orv64s;
+typedef float    orv32f;
+typedef double   orv64f;
+
+/* Complex pairs: re then im, nothing between them. */
+typedef struct { orv8s  re; orv8s  im; } orv8sc;
+typedef struct { orv16s re; orv16s im; } orv16sc;
+typedef struct { orv32s re; orv32s im; } orv32sc;
+typedef struct { orv64s re; orv64s im; } orv64sc;
+typedef struct { orv32f re; orv32f im; } orv32fc;
+typedef struct { orv64f re; orv64f im; } orv64fc;
+
+/* ---- Status ------------------------------------------------------------- */
+
+/* 0 is success, a positive value a warning, a negative value an error. */
+typedef int orvStatus;
+
+enum {
+    orvErrModeNotSupported   = -9999,
+    orvErrCpuNotSupported    = -9998,
+    orvErrPredictionMode     = -83,
+    orvErrStepLessThan8      = -82,
+    orvErrStepLessThan16     = -81,
+    orvErrFrameWidth         = -80,
+    orvErrFrameHeight        = -79,
+    orvErrExpandPixels       = -78,
+    orvErrPlaneStep          = -77,
+    orvErrQuantizer          = -76,
+    orvErrHuffmanMv          = -75,
+    orvErrHuffmanVlc         = -74,
+    orvErrDcStream           = -73,
+    orvErrZigzagLength       = -72,
+    orvErrFilterBankFreq     = -71,
+    orvErrFilterBankParam    = -70,
+    orvErrFilterBankInit     = -69,
+    orvErrNegativeOccupation = -67,
+    orvErrCodebookFlag       = -66,
+    orvErrSvdNoConvergence   = -65,
+    orvErrJpegHuffmanTable   = -64,
+    orvErrJpegDctRange       = -63,
+    orvErrJpegMarker         = -62,
+    orvErrDrawText           = -61,
+    orvErrChannelOrder       = -60,
+    orvErrMaskAllZero        = -59,
+    orvErrQuadrangle         = -58,
+    orvErrRectangle          = -57,
+    orvErrTransformCoeffs    = -56,
+    orvErrNoiseAmplitude     = -55,
+    orvErrDitherLevels       = -54,
+    orvErrChannelCount       = -53,
+    orvErrCoi                = -52,
+    orvErrDivisorZeroAborted = -51,
+    orvErrCompositing        = -50,
+    orvErrGammaRange         = -49,
+    orvErrToGrayCoeffs       = -48,
+    orvErrChannelNumber      = -47,
+    orvErrToneMagnitude      = -46,
+    orvErrToneFrequency      = -45,
+    orvErrTonePhase          = -44,
+    orvErrTriangleMagnitude  = -43,
+    orvErrTriangleFrequency  = -42,
+    orvErrTrianglePhase      = -41,
+    orvErrTriangleAsymmetry  = -40,
+    orvErrKaiserTooHuge      = -39,
+    orvErrNegativeMagnitude  = -38,
+    orvErrStride             = -37,
+    orvErrNegativeEpsilon    = -36,
+    orvErrWaveletOffset      = -35,
+    orvErrAnchor             = -34,
+    orvErrMaskSize           = -33,
+    orvErrNegativeShift      = -32,
+    orvErrSamplingFactor     = -31,
+    orvErrSamplingPhase      = -30,
+    orvErrFirMrFactor        = -29,
+    orvErrFirMrPhase         = -28,
+    orvErrRelativeFrequency  = -27,
+    orvErrFirLength          = -26,
+    orvErrIirOrder           = -25,
+    orvErrDelayLineIndex     = -24,
+    orvErrResizeFactor       = -23,
+    orvErrInterpolation      = -22,
+    orvErrFlipMode           = -21,
+    orvErrMomentTooSmall     = -20,
+    orvErrThresholdLevel     = -19,
+    orvErrThresholdBounds    = -18,
+    orvErrContextMismatch    = -17,
+    orvErrFftFlag            = -16,
+    orvErrFftOrder           = -15,
+    orvErrStep               = -14,
+    orvErrScaleBounds        = -13,
+    orvErrDataType           = -12,
+    orvErrOutOfRange         = -11,
+    orvErrDivideByZero       = -10,
+    orvErrNoMemory           = -9,
+    orvErrNullPointer        = -8,
+    orvErrBounds             = -7,
+    orvErrSize               = -6,
+    orvErrBadArgument        = -5,
+    orvErrMemoryAlloc        = -4,
+    orvErrUnknown            = -2,
+    orvOk                    = 0,
+    orvWarnNoOperation       = 1,
+    orvWarnMisaligned        = 2,
+    orvWarnSqrtNegative      = 3,
+    orvWarnInvThresholdInf   = 4,
+    orvWarnEvenMedianMask    = 5,
+    orvWarnDivByZero         = 6,
+    orvWarnLnZero            = 7,
+    orvWarnLnNegative        = 8,
+    orvWarnNaN               = 9,
+    orvWarnJpegMarker        = 10,
+    orvWarnAllFloored        = 11,
+    orvWarnOverflow          = 12,
+    orvWarnLpStabilityLow    = 13,
+    orvWarnLpStabilityHigh   = 14,
+    orvWarnLpStabilityBoth   = 15,
+    orvWarnZeroOccupation    = 16
+};
+
+/* ---- Constants ---------------------------------------------------------- */
+
+/* Normalisation flag of the FFT and DFT. */
+enum {
+    orvScaleForward  = 1,
+    orvScaleInverse  = 2,
+    orvScaleBothSqrt = 4,
+    orvScaleNone     = 8
+};
+
+/* Rounding mode of the float-to-integer conversions. */
+enum {
+    orvRndZero = 0,
+    orvRndNear = 1
+};
+
+/* Comparison of the thresholds. */
+enum {
+    orvCmpLess    = 0,
+    orvCmpGreater = 4
+};
+
+/* ---- Opaque contexts and states ---------------------------------------- */
+
+typedef struct orvsFFTContext     orvsFFTContext;
+typedef struct orvsDFTContext     orvsDFTContext;
+typedef struct orvsDCTContext     orvsDCTContext;
+typedef struct orvsFIRState       orvsFIRState;
+typedef struct orvsIIRState       orvsIIRState;
+typedef struct orvsFIRLMSState    orvsFIRLMSState;
+typedef struct orvsWTFwdState     orvsWTFwdState;
+typedef struct orvsWTInvState     orvsWTInvState;
+typedef struct orvsRandUniState   orvsRandUniState;
+typedef struct orvsRandGaussState orvsRandGaussState;
+
+/* ---- Version record ----------------------------------------------------- */
+
+typedef struct {
+    int         major;
+    int         minor;
+    int         majorBuild;
+    int         build;
+    char        targetCpu[4];
+    const char* name;
+    const char* version;
+    const char* buildDate;
+} orvLibraryVersion;
+
+/* ---- Status text -------------------------------------------------------- */
+
+/* The constant message of a status code; "Unknown Status Code" for codes
+ * outside the table. Never null, never to be freed. */
+ORV_API const char* orvGetStatusString(orvStatus status);
+
+/* ---- Memory, version and floating-point mode ------------------------------- */
+/* Aligned allocation: every block starts at a multiple of 32 bytes.
+ * Null for len < 1, for a failed allocation, or for a block that would be
+ * larger than 4,294,967,264 bytes. Release with orvsFree (null is accepted). */
+ORV_API orv16s* orvsMalloc_16s(int len);
+ORV_API orv16sc* orvsMalloc_16sc(int len);
+ORV_API orv16u* orvsMalloc_16u(int len);
+ORV_API orv32f* orvsMalloc_32f(int len);
+ORV_API orv32fc* orvsMalloc_32fc(int len);
+ORV_API orv32s* orvsMalloc_32s(int len);
+ORV_API orv32sc* orvsMalloc_32sc(int len);
+ORV_API orv32u* orvsMalloc_32u(int len);
+ORV_API orv64f* orvsMalloc_64f(int len);
+ORV_API orv64fc* orvsMalloc_64fc(int len);
+ORV_API orv64s* orvsMalloc_64s(int len);
+ORV_API orv64sc* orvsMalloc_64sc(int len);
+ORV_API orv8s* orvsMalloc_8s(int len);
+ORV_API orv8sc* orvsMalloc_8sc(int len);
+ORV_API orv8u* orvsMalloc_8u(int len);
+
+ORV_API void orvsFree(void* ptr);
+
+/* The library's constant version record; always the same address. */
+ORV_API const orvLibraryVersion* orvsGetLibVersion(void);
+
+/* This build has no flush-to-zero or denormals-are-zero modes: both return
+ * orvErrCpuNotSupported at once, read no argument and change nothing. */
+ORV_API orvStatus orvsSetDenormAreZeros(int value);
+ORV_API orvStatus orvsSetFlushToZero(int value, orv32u* uMask);
+
+/* ---- Add and subtract ------------------------------------------------------ */
+
+/* ---- Multiply -------------------------------------------------------------- */
+
+/* ---- Divide ---------------------------------------------------------------- */
+
+/* ---- Abs, square and roots ------------------------------------------------- */
+
+/* ---- Exponential ----------------------------------------------------------- */
+
+/* ---- Logarithm ------------------------------------------------------------- */
+
+/* ---- Bit logic and shifts -------------------------------------------------- */
+
+/* ---- Set, zero, copy and flip ---------------------------------------------- */
+ORV_API orvStatus orvsSet_16s(orv16s val, orv16s* dst, int len);
+ORV_API orvStatus orvsSet_16sc(orv16sc val, orv16sc* dst, int len);
+ORV_API orvStatus orvsSet_32f(orv32f val, orv32f* dst, int len);
+ORV_API orvStatus orvsSet_32fc(orv32fc val, orv32fc* dst, int len);
+ORV_API orvStatus orvsSet_32s(orv32s val, orv32s* dst, int len);
+ORV_API orvStatus orvsSet_32sc(orv32sc val, orv32sc* dst, int len);
+ORV_API orvStatus orvsSet_64f(orv64f val, orv64f* dst, int len);
+ORV_API orvStatus orvsSet_64fc(orv64fc val, orv64fc* dst, int len);
+ORV_API orvStatus orvsSet_64s(orv64s val, orv64s* dst, int len);
+ORV_API orvStatus orvsSet_64sc(orv64sc val, orv64sc* dst, int len);
+ORV_API orvStatus orvsSet_8u(orv8u val, orv8u* dst, int len);
+
+ORV_API orvStatus orvsZero_16s(orv16s* dst, int len);
+ORV_API orvStatus orvsZero_16sc(orv16sc* dst, int len);
+ORV_API orvStatus orvsZero_32f(orv32f* dst, int len);
+ORV_API orvStatus orvsZero_32fc(orv32fc* dst, int len);
+ORV_API orvStatus orvsZero_64f(orv64f* dst, int len);
+ORV_API orvStatus orvsZero_64fc(orv64fc* dst, int len);
+ORV_API orvStatus orvsZero_8u(orv8u* dst, int len);
+
+ORV_API orvStatus orvsCopy_16s(const orv16s* src, orv16s* dst, int len);
+ORV_API orvStatus orvsCopy_16sc(const orv16sc* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsCopy_32f(const orv32f* src, orv32f* dst, int len);
+ORV_API orvStatus orvsCopy_32fc(const orv32fc* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsCopy_64f(const orv64f* src, orv64f* dst, int len);
+ORV_API orvStatus orvsCopy_64fc(const orv64fc* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsCopy_8u(const orv8u* src, orv8u* dst, int len);
+
+ORV_API orvStatus orvsFlip_16u(const orv16u* src, orv16u* dst, int len);
+ORV_API orvStatus orvsFlip_16u_I(orv16u* srcDst, int len);
+ORV_API orvStatus orvsFlip_32f(const orv32f* src, orv32f* dst, int len);
+ORV_API orvStatus orvsFlip_32f_I(orv32f* srcDst, int len);
+ORV_API orvStatus orvsFlip_64f(const orv64f* src, orv64f* dst, int len);
+ORV_API orvStatus orvsFlip_64f_I(orv64f* srcDst, int len);
+ORV_API orvStatus orvsFlip_8u(const orv8u* src, orv8u* dst, int len);
+ORV_API orvStatus orvsFlip_8u_I(orv8u* srcDst, int len);
+
+/* ---- Type conversion ------------------------------------------------------- */
+
+/* ---- Complex parts and conjugates ------------------------------------------ */
+
+/* ---- Thresholds ------------------------------------------------------------ */
+
+/* ---- Polar forms and power spectrum ---------------------------------------- */
+
+/* ---- Sum, mean and standard deviation -------------------------------------- */
+
+/* ---- Extremes and bit order ------------------------------------------------ */
+
+/* ---- Norms ----------------------------------------------------------------- */
+
+/* ---- Dot products ---------------------------------------------------------- */
+
+/* ---- Complex FFT ----------------------------------------------------------- */
+
+/* ---- Real FFT -------------------------------------------------------------- */
+
+/* ---- 16-bit FFT ------------------------------------------------------------ */
+
+/* ---- DFT ------------------------------------------------------------------- */
+
+/* ---- DCT ------------------------------------------------------------------- */
+
+/* ---- Packed-spectrum arithmetic -------------------------------------------- */
+
+/* ---- Goertzel -------------------------------------------------------------- */
+
+/* ---- Wavelet transforms ---------------------------------------------------- */
+
+/* ---- Haar transforms ------------------------------------------------------- */
+
+/* ---- FIR state ------------------------------------------------------------- */
+
+/* ---- Single-rate FIR ------------------------------------------------------- */
+
+/* ---- Multi-rate FIR -------------------------------------------------------- */
+
+/* ---- Adaptive FIR ---------------------------------------------------------- */
+
+/* ---- IIR state ------------------------------------------------------------- */
+
+/* ---- IIR kernels ----------------------------------------------------------- */
+
+/* ---- Convolution ----------------------------------------------------------- */
+
+/* ---- Correlation ----------------------------------------------------------- */
+
+/* ---- Up-sampling, down-sampling and pre-emphasis --------------------------- */
+
+/* ---- Tone and triangle generators ------------------------------------------ */
+
+/* ---- Random generators ----------------------------------------------------- */
+
+/* ---- Window functions ------------------------------------------------------ */
+
+/* ---- A-law and mu-law companding ------------------------------------------- */
+
+/* ---- Arctangent ------------------------------------------------------------ */
+
+/* ---- Normalisation --------------------------------------------------------- */
+
+/* ---- Median filter --------------------------------------------------------- */
+
+/* ---- Ramp and Jaehne vectors ----------------------------------------------- */
+
+/* ---- IIR kernels with integer taps ----------------------------------------- */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ORVSPX_H */
