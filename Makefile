@@ -32,13 +32,20 @@ test-sanitize: prereqs
 	@cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
 	  ctest -j $(JOBS) --output-on-failure
 
-# Benchmarks of the library next to memcpy/memset and its peers.
+# Benchmarks of the library next to its peers (FFTW, KissFFT, VOLK, liquid-dsp,
+# memcpy/memset, plain loops): installs the peers when it can, builds in
+# Release, runs every comparison and rewrites docs/benchmarks.md and its plots.
+BENCH_REPS ?= 5
+# The report's plots use Debian's matplotlib, which belongs to the system Python.
+BENCH_PYTHON ?= $(shell [ -x /usr/bin/python3 ] && echo /usr/bin/python3 || echo python3)
+BENCH_MIN_TIME ?= 0.1
 bench:
 	@sh scripts/prereqs.sh bench
 	@cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DORVSPX_BUILD_TESTS=OFF \
-	  -DORVSPX_BUILD_BENCH=ON $(CMAKE_ARGS) >/dev/null
+	  -DORVSPX_BUILD_EXAMPLES=OFF -DORVSPX_BUILD_BENCH=ON $(CMAKE_ARGS) >/dev/null
 	@cmake --build $(BENCH_BUILD) -j $(JOBS)
-	@for b in $(BENCH_BUILD)/bench/bench_*; do echo "== $$b"; $$b --benchmark_min_time=0.2; done
+	@$(BENCH_PYTHON) scripts/bench_report.py $(BENCH_BUILD)/bench docs/benchmarks.md \
+	  --repetitions $(BENCH_REPS) --min-time $(BENCH_MIN_TIME)
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(BENCH_BUILD)

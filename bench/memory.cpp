@@ -1,90 +1,74 @@
-// Copy, Set and Zero next to memcpy and memset on the same buffers.
-#include <benchmark/benchmark.h>
-
+// Memory-bound kernels: Copy, Set and Zero next to memcpy and memset on the
+// same buffers.
 #include <cstring>
-#include <vector>
+#include <memory>
 
+#include "bench_common.hpp"
 #include "orvspx.h"
 
 namespace {
 
-void BM_orvsCopy_32f(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  std::vector<orv32f> src(n, 1.0f), dst(n);
-  for (auto _ : state) {
-    orvsCopy_32f(src.data(), dst.data(), n);
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * n * sizeof(orv32f));
-}
+void registerSize(int n) {
+  using orvbench::add;
+  auto src = std::make_shared<std::vector<orv32f>>(orvbench::randomVector<orv32f>(n, -1.f, 1.f));
+  auto dst = std::make_shared<std::vector<orv32f>>(n);
+  auto bytes = std::make_shared<std::vector<orv8u>>(n);
 
-void BM_memcpy(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  std::vector<orv32f> src(n, 1.0f), dst(n);
-  for (auto _ : state) {
-    std::memcpy(dst.data(), src.data(), n * sizeof(orv32f));
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * n * sizeof(orv32f));
+  add("memory", "copy_32f", "orvspx", n, [=](benchmark::State& s) {
+    for (auto _ : s) {
+      orvsCopy_32f(src->data(), dst->data(), n);
+      benchmark::ClobberMemory();
+    }
+  });
+  add("memory", "copy_32f", "memcpy", n, [=](benchmark::State& s) {
+    for (auto _ : s) {
+      std::memcpy(dst->data(), src->data(), n * sizeof(orv32f));
+      benchmark::ClobberMemory();
+    }
+  });
+  add("memory", "zero_32f", "orvspx", n, [=](benchmark::State& s) {
+    for (auto _ : s) {
+      orvsZero_32f(dst->data(), n);
+      benchmark::ClobberMemory();
+    }
+  });
+  add("memory", "zero_32f", "memset", n, [=](benchmark::State& s) {
+    for (auto _ : s) {
+      std::memset(dst->data(), 0, n * sizeof(orv32f));
+      benchmark::ClobberMemory();
+    }
+  });
+  add("memory", "set_8u", "orvspx", n, [=](benchmark::State& s) {
+    for (auto _ : s) {
+      orvsSet_8u(0x5A, bytes->data(), n);
+      benchmark::ClobberMemory();
+    }
+  });
+  add("memory", "set_8u", "memset", n, [=](benchmark::State& s) {
+    for (auto _ : s) {
+      std::memset(bytes->data(), 0x5A, n);
+      benchmark::ClobberMemory();
+    }
+  });
+  add("memory", "set_32f", "orvspx", n, [=](benchmark::State& s) {
+    for (auto _ : s) {
+      orvsSet_32f(0.25f, dst->data(), n);
+      benchmark::ClobberMemory();
+    }
+  });
+  add("memory", "set_32f", "plain", n, [=](benchmark::State& s) {
+    for (auto _ : s) {
+      orv32f* d = dst->data();
+      for (int i = 0; i < n; ++i) d[i] = 0.25f;
+      benchmark::ClobberMemory();
+    }
+  });
 }
-
-void BM_orvsSet_32f(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  std::vector<orv32f> dst(n);
-  for (auto _ : state) {
-    orvsSet_32f(0.0f, dst.data(), n);
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * n * sizeof(orv32f));
-}
-
-void BM_orvsSet_8u(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  std::vector<orv8u> dst(n);
-  for (auto _ : state) {
-    orvsSet_8u(0x5A, dst.data(), n);
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * n);
-}
-
-void BM_memset_8u(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  std::vector<orv8u> dst(n);
-  for (auto _ : state) {
-    std::memset(dst.data(), 0x5A, n);
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * n);
-}
-
-void BM_orvsZero_32f(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  std::vector<orv32f> dst(n);
-  for (auto _ : state) {
-    orvsZero_32f(dst.data(), n);
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * n * sizeof(orv32f));
-}
-
-void BM_memset_32f(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  std::vector<orv32f> dst(n);
-  for (auto _ : state) {
-    std::memset(dst.data(), 0, n * sizeof(orv32f));
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * n * sizeof(orv32f));
-}
-
-#define ORV_SIZES ->Arg(1024)->Arg(65536)->Arg(1 << 20)
-BENCHMARK(BM_orvsCopy_32f) ORV_SIZES;
-BENCHMARK(BM_memcpy) ORV_SIZES;
-BENCHMARK(BM_orvsSet_32f) ORV_SIZES;
-BENCHMARK(BM_orvsSet_8u) ORV_SIZES;
-BENCHMARK(BM_memset_8u) ORV_SIZES;
-BENCHMARK(BM_orvsZero_32f) ORV_SIZES;
-BENCHMARK(BM_memset_32f) ORV_SIZES;
 
 }  // namespace
+
+void orvbenchRegister() {
+  for (int n : {1024, 16384, 262144, 1 << 20}) registerSize(n);
+}
+
+ORVBENCH_MAIN()

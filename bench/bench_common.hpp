@@ -1,0 +1,61 @@
+// Conventions shared by the benchmark programs.
+//
+// Every case is registered under the name "<area>/<kernel>/<impl>/<size>":
+// area groups the report's tables (memory, elementwise, fft, fir, ...),
+// kernel is what is computed, impl is "orvspx" or the peer doing the same
+// work ("plain", "memcpy", "fftw", "kissfft", "volk", "liquid"), and size is
+// the vector length (for transforms, the number of points). The report script
+// (scripts/bench_report.py) reads these names back from the JSON output.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace orvbench {
+
+// Registers one case. `body(state)` runs the timed loop; the item count per
+// iteration is set from `size` so that Google Benchmark reports items/s too.
+template <typename Body>
+void add(const std::string& area, const std::string& kernel, const std::string& impl,
+         std::int64_t size, Body body) {
+  const std::string name = area + "/" + kernel + "/" + impl + "/" + std::to_string(size);
+  benchmark::RegisterBenchmark(name.c_str(), [body, size](benchmark::State& state) {
+    body(state);
+    state.SetItemsProcessed(state.iterations() * size);
+  })->Unit(benchmark::kMicrosecond);
+}
+
+// Reproducible test data.
+template <typename T>
+std::vector<T> randomVector(std::size_t n, T lo, T hi, unsigned seed = 1) {
+  std::mt19937 gen(seed);
+  std::vector<T> v(n);
+  if constexpr (std::is_floating_point<T>::value) {
+    std::uniform_real_distribution<T> d(lo, hi);
+    for (auto& x : v) x = d(gen);
+  } else {
+    std::uniform_int_distribution<long long> d(lo, hi);
+    for (auto& x : v) x = static_cast<T>(d(gen));
+  }
+  return v;
+}
+
+}  // namespace orvbench
+
+// Each program defines `void orvbenchRegister()`; main registers and runs.
+void orvbenchRegister();
+
+#define ORVBENCH_MAIN()                                   \
+  int main(int argc, char** argv) {                       \
+    orvbenchRegister();                                   \
+    benchmark::Initialize(&argc, argv);                   \
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1; \
+    benchmark::RunSpecifiedBenchmarks();                  \
+    benchmark::Shutdown();                                \
+    return 0;                                             \
+  }
