@@ -7,6 +7,7 @@
 
 #include "core/float_to_int.hpp"
 #include "core/internal.hpp"
+#include "vector/convert_kernels.hpp"
 
 namespace orv {
 namespace {
@@ -115,79 +116,14 @@ orvStatus narrow64f32fKernel(const orv64f* src, orv32f* dst, int len) {
 
 // ---- Floating point to integer ----------------------------------------------
 
-// The limits of one target. Without a scale the orv32f-to-orv32s form
-// compares with the orv32f constant 2^31, since 2147483647 has no orv32f
-// form; with a scale it compares in double with 2147483647.
-template <typename T>
-struct NarrowingLimits {
-  IntegerLimits<T> unscaled;
-  IntegerLimits<T> scaled;
-};
-
-template <typename T>
-constexpr NarrowingLimits<T> sameLimits(double upper, double lower, T upperBound, T lowerBound) {
-  return {{upper, lower, upperBound, lowerBound}, {upper, lower, upperBound, lowerBound}};
-}
-
-constexpr NarrowingLimits<orv8u> kLimits8u = sameLimits<orv8u>(255.0, 0.0, 255, 0);
-constexpr NarrowingLimits<orv8s> kLimits8s = sameLimits<orv8s>(127.0, -128.0, 127, -128);
-constexpr NarrowingLimits<orv16u> kLimits16u = sameLimits<orv16u>(65535.0, 0.0, 65535, 0);
-constexpr NarrowingLimits<orv16s> kLimits16s = sameLimits<orv16s>(32767.0, -32768.0, 32767, -32768);
-constexpr NarrowingLimits<orv32s> kLimits32f32s = {
-    {static_cast<double>(2147483648.0f), -2147483648.0, 2147483647, -2147483647 - 1},
-    {2147483647.0, -2147483648.0, 2147483647, -2147483647 - 1}};
-constexpr NarrowingLimits<orv32s> kLimits64f32s =
-    sameLimits<orv32s>(2147483647.0, -2147483648.0, 2147483647, -2147483647 - 1);
-
-template <typename S, typename T, bool Nearest>
-void narrowUnscaled(const S* src, T* dst, int len, const IntegerLimits<T>& lim) {
-  for (int i = 0; i < len; ++i) dst[i] = limitAndRound<T, Nearest>(static_cast<double>(src[i]), lim);
-}
-
-// The factor is a normal double: the product in double is the exact scaled
-// value except where it overflows (the exact value is then beyond every
-// limit) or underflows (its magnitude is then far below one half, which
-// stores 0 either way), so the stored integers equal those of the product at
-// extended exponent range.
-template <typename S, typename T, bool Nearest>
-void narrowScaled(const S* src, T* dst, int len, double factor, const IntegerLimits<T>& lim) {
-  for (int i = 0; i < len; ++i) {
-    dst[i] = limitAndRound<T, Nearest>(static_cast<double>(src[i]) * factor, lim);
-  }
-}
-
-// A factor beyond the double range (0, subnormal, huge or infinite in long
-// double): the product is formed at extended exponent range.
-template <typename S, typename T, bool Nearest>
-void narrowScaledExtended(const S* src, T* dst, int len, long double factor,
-                          const IntegerLimits<T>& lim) {
-  for (int i = 0; i < len; ++i) {
-    dst[i] = limitAndRound<T, Nearest>(static_cast<long double>(src[i]) * factor, lim);
-  }
-}
-
-template <typename S, typename T, bool Nearest>
-void narrowLoop(const S* src, T* dst, int len, int scaleFactor, const NarrowingLimits<T>& limits) {
-  if (scaleFactor == 0) {
-    narrowUnscaled<S, T, Nearest>(src, dst, len, limits.unscaled);
-    return;
-  }
-  const long double factor = powerOfTwoByRepeatedSteps(scaleFactor);
-  if (factor >= static_cast<long double>(DBL_MIN) && factor <= static_cast<long double>(DBL_MAX)) {
-    narrowScaled<S, T, Nearest>(src, dst, len, static_cast<double>(factor), limits.scaled);
-  } else {
-    narrowScaledExtended<S, T, Nearest>(src, dst, len, factor, limits.scaled);
-  }
-}
-
 template <typename S, typename T>
 orvStatus narrowKernel(const S* src, T* dst, int len, int rndMode, int scaleFactor,
-                       const NarrowingLimits<T>& limits) {
+                       const convert::NarrowingLimits<T>& limits) {
   ORV_RETURN_IF_ERROR(checkVectors(len, src, dst));
   if (rndMode == kRoundNearest) {
-    narrowLoop<S, T, true>(src, dst, len, scaleFactor, limits);
+    convert::narrow<S, T, true>(src, dst, len, scaleFactor, limits);
   } else {
-    narrowLoop<S, T, false>(src, dst, len, scaleFactor, limits);
+    convert::narrow<S, T, false>(src, dst, len, scaleFactor, limits);
   }
   return orvOk;
 }
@@ -228,22 +164,22 @@ orvStatus orvsConvert_32s64f_Sfs(const orv32s* src, orv64f* dst, int len, int sc
 }
 
 orvStatus orvsConvert_32f8u_Sfs(const orv32f* src, orv8u* dst, int len, int rndMode, int scaleFactor) {
-  return narrowKernel(src, dst, len, rndMode, scaleFactor, kLimits8u);
+  return narrowKernel(src, dst, len, rndMode, scaleFactor, convert::kLimits8u);
 }
 orvStatus orvsConvert_32f8s_Sfs(const orv32f* src, orv8s* dst, int len, int rndMode, int scaleFactor) {
-  return narrowKernel(src, dst, len, rndMode, scaleFactor, kLimits8s);
+  return narrowKernel(src, dst, len, rndMode, scaleFactor, convert::kLimits8s);
 }
 orvStatus orvsConvert_32f16u_Sfs(const orv32f* src, orv16u* dst, int len, int rndMode, int scaleFactor) {
-  return narrowKernel(src, dst, len, rndMode, scaleFactor, kLimits16u);
+  return narrowKernel(src, dst, len, rndMode, scaleFactor, convert::kLimits16u);
 }
 orvStatus orvsConvert_32f16s_Sfs(const orv32f* src, orv16s* dst, int len, int rndMode, int scaleFactor) {
-  return narrowKernel(src, dst, len, rndMode, scaleFactor, kLimits16s);
+  return narrowKernel(src, dst, len, rndMode, scaleFactor, convert::kLimits16s);
 }
 orvStatus orvsConvert_32f32s_Sfs(const orv32f* src, orv32s* dst, int len, int rndMode, int scaleFactor) {
-  return narrowKernel(src, dst, len, rndMode, scaleFactor, kLimits32f32s);
+  return narrowKernel(src, dst, len, rndMode, scaleFactor, convert::kLimits32f32s);
 }
 orvStatus orvsConvert_64f32s_Sfs(const orv64f* src, orv32s* dst, int len, int rndMode, int scaleFactor) {
-  return narrowKernel(src, dst, len, rndMode, scaleFactor, kLimits64f32s);
+  return narrowKernel(src, dst, len, rndMode, scaleFactor, convert::kLimits64f32s);
 }
 
 }  // extern "C"
