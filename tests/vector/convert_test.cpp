@@ -89,28 +89,30 @@ Dyadic dyadic(double x, long scale) {
   return {static_cast<i64>(std::ldexp(f, 53)), static_cast<int>(e - 53 - scale)};
 }
 
+i128 pow2(int p) { return static_cast<i128>(1) << p; }
+
 // Sign of (m * 2^q - c) for an integer c with |c| < 2^40.
 int compareDyadic(Dyadic y, i64 c) {
   auto sign = [](i128 v) { return v > 0 ? 1 : v < 0 ? -1 : 0; };
   if (y.q >= 0) {
     if (y.q > 60) return y.m == 0 ? sign(-c) : sign(y.m);
-    return sign((static_cast<i128>(y.m) << y.q) - c);
+    return sign(static_cast<i128>(y.m) * pow2(y.q) - c);
   }
   const int p = -y.q;
   if (p > 80) return c != 0 ? sign(-c) : sign(y.m);  // |y| < 2^-27
-  return sign(static_cast<i128>(y.m) - (static_cast<i128>(c) << p));
+  return sign(static_cast<i128>(y.m) - static_cast<i128>(c) * pow2(p));
 }
 
 // m * 2^q rounded to an integer: by truncation, or to nearest with ties even.
 i64 roundDyadic(Dyadic y, bool nearest) {
-  if (y.q >= 0) return static_cast<i64>(static_cast<i128>(y.m) << y.q);
+  if (y.q >= 0) return static_cast<i64>(static_cast<i128>(y.m) * pow2(y.q));
   const int p = -y.q;
   if (p > 80) return 0;
   const i128 m = y.m;
   const i128 fl = m >> p;  // floor
-  const i128 rem = m - (fl << p);
+  const i128 rem = m - fl * pow2(p);
   if (!nearest) return static_cast<i64>(m >= 0 || rem == 0 ? fl : fl + 1);
-  const i128 twice = rem * 2, unit = static_cast<i128>(1) << p;
+  const i128 twice = rem * 2, unit = pow2(p);
   if (twice < unit) return static_cast<i64>(fl);
   if (twice > unit) return static_cast<i64>(fl + 1);
   return static_cast<i64>((fl & 1) == 0 ? fl : fl + 1);
