@@ -290,8 +290,48 @@ ORV_API orvStatus orvsFlip_8u(const orv8u* src, orv8u* dst, int len);
 ORV_API orvStatus orvsFlip_8u_I(orv8u* srcDst, int len);
 
 /* ---- Type conversion ------------------------------------------------------- */
+ORV_API orvStatus orvsConvert_16s32f(const orv16s* src, orv32f* dst, int len);
+ORV_API orvStatus orvsConvert_16s32f_Sfs(const orv16s* src, orv32f* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsConvert_16s64f_Sfs(const orv16s* src, orv64f* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsConvert_16u32f(const orv16u* src, orv32f* dst, int len);
+ORV_API orvStatus orvsConvert_32f16s_Sfs(const orv32f* src, orv16s* dst, int len, int rndMode, int scaleFactor);
+ORV_API orvStatus orvsConvert_32f16u_Sfs(const orv32f* src, orv16u* dst, int len, int rndMode, int scaleFactor);
+ORV_API orvStatus orvsConvert_32f32s_Sfs(const orv32f* src, orv32s* dst, int len, int rndMode, int scaleFactor);
+ORV_API orvStatus orvsConvert_32f64f(const orv32f* src, orv64f* dst, int len);
+ORV_API orvStatus orvsConvert_32f8s_Sfs(const orv32f* src, orv8s* dst, int len, int rndMode, int scaleFactor);
+ORV_API orvStatus orvsConvert_32f8u_Sfs(const orv32f* src, orv8u* dst, int len, int rndMode, int scaleFactor);
+ORV_API orvStatus orvsConvert_32s32f(const orv32s* src, orv32f* dst, int len);
+ORV_API orvStatus orvsConvert_32s32f_Sfs(const orv32s* src, orv32f* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsConvert_32s64f(const orv32s* src, orv64f* dst, int len);
+ORV_API orvStatus orvsConvert_32s64f_Sfs(const orv32s* src, orv64f* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsConvert_64f32f(const orv64f* src, orv32f* dst, int len);
+ORV_API orvStatus orvsConvert_64f32s_Sfs(const orv64f* src, orv32s* dst, int len, int rndMode, int scaleFactor);
+ORV_API orvStatus orvsConvert_8s16s(const orv8s* src, orv16s* dst, int len);
+ORV_API orvStatus orvsConvert_8s32f(const orv8s* src, orv32f* dst, int len);
+ORV_API orvStatus orvsConvert_8u32f(const orv8u* src, orv32f* dst, int len);
 
 /* ---- Complex parts and conjugates ------------------------------------------ */
+ORV_API orvStatus orvsConjFlip_16sc(const orv16sc* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConjFlip_32fc(const orv32fc* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConjFlip_64fc(const orv64fc* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConj_16sc(const orv16sc* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConj_16sc_I(orv16sc* srcDst, int len);
+ORV_API orvStatus orvsConj_32fc(const orv32fc* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConj_32fc_I(orv32fc* srcDst, int len);
+ORV_API orvStatus orvsConj_64fc(const orv64fc* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConj_64fc_I(orv64fc* srcDst, int len);
+ORV_API orvStatus orvsCplxToReal_16sc(const orv16sc* src, orv16s* dstRe, orv16s* dstIm, int len);
+ORV_API orvStatus orvsCplxToReal_32fc(const orv32fc* src, orv32f* dstRe, orv32f* dstIm, int len);
+ORV_API orvStatus orvsCplxToReal_64fc(const orv64fc* src, orv64f* dstRe, orv64f* dstIm, int len);
+ORV_API orvStatus orvsImag_16sc(const orv16sc* src, orv16s* dstIm, int len);
+ORV_API orvStatus orvsImag_32fc(const orv32fc* src, orv32f* dstIm, int len);
+ORV_API orvStatus orvsImag_64fc(const orv64fc* src, orv64f* dstIm, int len);
+ORV_API orvStatus orvsRealToCplx_16s(const orv16s* srcRe, const orv16s* srcIm, orv16sc* dst, int len);
+ORV_API orvStatus orvsRealToCplx_32f(const orv32f* srcRe, const orv32f* srcIm, orv32fc* dst, int len);
+ORV_API orvStatus orvsRealToCplx_64f(const orv64f* srcRe, const orv64f* srcIm, orv64fc* dst, int len);
+ORV_API orvStatus orvsReal_16sc(const orv16sc* src, orv16s* dstRe, int len);
+ORV_API orvStatus orvsReal_32fc(const orv32fc* src, orv32f* dstRe, int len);
+ORV_API orvStatus orvsReal_64fc(const orv64fc* src, orv64f* dstRe, int len);
 
 /* ---- Thresholds ------------------------------------------------------------ */
 

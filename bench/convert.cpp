@@ -1,0 +1,213 @@
+// Type conversion and complex deinterleaving next to plain loops and, when
+// built with it, VOLK's conversions on the same buffers.
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <cstdint>
+#include <random>
+
+#include "orvspx.h"
+
+#ifdef ORVSPX_HAVE_VOLK
+#include <volk/volk.h>
+#endif
+
+namespace {
+
+// Buffers from the library's allocator (32-byte aligned), freed on exit.
+template <typename T>
+struct Buffer {
+  explicit Buffer(int n) : p(reinterpret_cast<T*>(orvsMalloc_8u(static_cast<int>(n * sizeof(T))))) {}
+  ~Buffer() { orvsFree(p); }
+  Buffer(const Buffer&) = delete;
+  Buffer& operator=(const Buffer&) = delete;
+  T* p;
+};
+
+void fillSamples16s(orv16s* v, int n) {
+  std::mt19937 gen(1);
+  for (int i = 0; i < n; ++i) v[i] = static_cast<orv16s>(gen());
+}
+
+// Floats mostly inside the 16-bit range, some beyond it.
+void fillSamples32f(orv32f* v, int n) {
+  std::mt19937 gen(2);
+  std::uniform_real_distribution<float> d(-40000.0f, 40000.0f);
+  for (int i = 0; i < n; ++i) v[i] = d(gen);
+}
+
+template <typename S, typename D>
+void setBytes(benchmark::State& state, int n) {
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * n * (sizeof(S) + sizeof(D)));
+}
+
+// ---- 16s to 32f -------------------------------------------------------------
+
+void BM_orvsConvert_16s32f(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  Buffer<orv16s> src(n);
+  Buffer<orv32f> dst(n);
+  fillSamples16s(src.p, n);
+  for (auto _ : state) {
+    orvsConvert_16s32f(src.p, dst.p, n);
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv16s, orv32f>(state, n);
+}
+
+void BM_loop_16s32f(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  Buffer<orv16s> src(n);
+  Buffer<orv32f> dst(n);
+  fillSamples16s(src.p, n);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(src.p);
+    for (int i = 0; i < n; ++i) dst.p[i] = static_cast<float>(src.p[i]);
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv16s, orv32f>(state, n);
+}
+
+// ---- 32f to 16s -------------------------------------------------------------
+
+void BM_orvsConvert_32f16s_Sfs(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const int rndMode = static_cast<int>(state.range(1));
+  Buffer<orv32f> src(n);
+  Buffer<orv16s> dst(n);
+  fillSamples32f(src.p, n);
+  for (auto _ : state) {
+    orvsConvert_32f16s_Sfs(src.p, dst.p, n, rndMode, 0);
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv32f, orv16s>(state, n);
+}
+
+void BM_loop_32f16s_rint(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  Buffer<orv32f> src(n);
+  Buffer<orv16s> dst(n);
+  fillSamples32f(src.p, n);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(src.p);
+    for (int i = 0; i < n; ++i) {
+      float v = src.p[i];
+      v = v > 32767.0f ? 32767.0f : v < -32768.0f ? -32768.0f : v;
+      dst.p[i] = static_cast<orv16s>(std::lrintf(v));
+    }
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv32f, orv16s>(state, n);
+}
+
+// ---- 32f to 64f -------------------------------------------------------------
+
+void BM_orvsConvert_32f64f(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  Buffer<orv32f> src(n);
+  Buffer<orv64f> dst(n);
+  fillSamples32f(src.p, n);
+  for (auto _ : state) {
+    orvsConvert_32f64f(src.p, dst.p, n);
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv32f, orv64f>(state, n);
+}
+
+void BM_loop_32f64f(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  Buffer<orv32f> src(n);
+  Buffer<orv64f> dst(n);
+  fillSamples32f(src.p, n);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(src.p);
+    for (int i = 0; i < n; ++i) dst.p[i] = src.p[i];
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv32f, orv64f>(state, n);
+}
+
+// ---- Complex to real and imaginary parts ------------------------------------
+
+void BM_orvsCplxToReal_32fc(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  Buffer<orv32fc> src(n);
+  Buffer<orv32f> re(n), im(n);
+  fillSamples32f(reinterpret_cast<orv32f*>(src.p), 2 * n);
+  for (auto _ : state) {
+    orvsCplxToReal_32fc(src.p, re.p, im.p, n);
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv32fc, orv32fc>(state, n);
+}
+
+void BM_loop_CplxToReal_32fc(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  Buffer<orv32fc> src(n);
+  Buffer<orv32f> re(n), im(n);
+  fillSamples32f(reinterpret_cast<orv32f*>(src.p), 2 * n);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(src.p);
+    for (int i = 0; i < n; ++i) {
+      re.p[i] = src.p[i].re;
+      im.p[i] = src.p[i].im;
+    }
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv32fc, orv32fc>(state, n);
+}
+
+#define ORV_SIZES ->Arg(1024)->Arg(1 << 20)
+BENCHMARK(BM_orvsConvert_16s32f) ORV_SIZES;
+BENCHMARK(BM_loop_16s32f) ORV_SIZES;
+BENCHMARK(BM_orvsConvert_32f16s_Sfs)->Args({1024, orvRndNear})->Args({1 << 20, orvRndNear})
+    ->Args({1024, orvRndZero})->Args({1 << 20, orvRndZero});
+BENCHMARK(BM_loop_32f16s_rint) ORV_SIZES;
+BENCHMARK(BM_orvsConvert_32f64f) ORV_SIZES;
+BENCHMARK(BM_loop_32f64f) ORV_SIZES;
+BENCHMARK(BM_orvsCplxToReal_32fc) ORV_SIZES;
+BENCHMARK(BM_loop_CplxToReal_32fc) ORV_SIZES;
+
+#ifdef ORVSPX_HAVE_VOLK
+void BM_volk_16i_s32f_convert_32f(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  Buffer<orv16s> src(n);
+  Buffer<orv32f> dst(n);
+  fillSamples16s(src.p, n);
+  for (auto _ : state) {
+    volk_16i_s32f_convert_32f(dst.p, src.p, 1.0f, static_cast<unsigned>(n));
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv16s, orv32f>(state, n);
+}
+
+void BM_volk_32f_s32f_convert_16i(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  Buffer<orv32f> src(n);
+  Buffer<orv16s> dst(n);
+  fillSamples32f(src.p, n);
+  for (auto _ : state) {
+    volk_32f_s32f_convert_16i(dst.p, src.p, 1.0f, static_cast<unsigned>(n));
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv32f, orv16s>(state, n);
+}
+
+void BM_volk_32fc_deinterleave_32f_x2(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  Buffer<lv_32fc_t> src(n);
+  Buffer<orv32f> re(n), im(n);
+  fillSamples32f(reinterpret_cast<orv32f*>(src.p), 2 * n);
+  for (auto _ : state) {
+    volk_32fc_deinterleave_32f_x2(re.p, im.p, src.p, static_cast<unsigned>(n));
+    benchmark::ClobberMemory();
+  }
+  setBytes<orv32fc, orv32fc>(state, n);
+}
+
+BENCHMARK(BM_volk_16i_s32f_convert_32f) ORV_SIZES;
+BENCHMARK(BM_volk_32f_s32f_convert_16i) ORV_SIZES;
+BENCHMARK(BM_volk_32fc_deinterleave_32f_x2) ORV_SIZES;
+#endif
+
+}  // namespace
