@@ -11,6 +11,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <random>
 #include <string>
 #include <utility>
@@ -28,6 +29,17 @@ void add(const std::string& area, const std::string& kernel, const std::string& 
     body(state);
     state.SetItemsProcessed(state.iterations() * size);
   })->Unit(benchmark::kMicrosecond);
+}
+
+// Registers an existing benchmark function once per size, under the names
+// "<area>/<kernel>/<impl>/<size>"; the function reads the size from
+// state.range(0).
+inline void addSized(const std::string& area, const std::string& kernel, const std::string& impl,
+                     void (*fn)(benchmark::State&), std::initializer_list<std::int64_t> sizes) {
+  const std::string name = area + "/" + kernel + "/" + impl;
+  auto* b = benchmark::RegisterBenchmark(name.c_str(), fn);
+  for (std::int64_t n : sizes) b->Arg(n);
+  b->Unit(benchmark::kMicrosecond);
 }
 
 // Reproducible test data.

@@ -1,6 +1,6 @@
 // Type conversion and complex deinterleaving next to plain loops and, when
 // built with it, VOLK's conversions on the same buffers.
-#include <benchmark/benchmark.h>
+#include "bench_common.hpp"
 
 #include <cmath>
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 #include "orvspx.h"
 
-#ifdef ORVSPX_HAVE_VOLK
+#ifdef ORVBENCH_HAVE_VOLK
 #include <volk/volk.h>
 #endif
 
@@ -70,9 +70,9 @@ void BM_loop_16s32f(benchmark::State& state) {
 
 // ---- 32f to 16s -------------------------------------------------------------
 
+template <int rndMode>
 void BM_orvsConvert_32f16s_Sfs(benchmark::State& state) {
   const int n = static_cast<int>(state.range(0));
-  const int rndMode = static_cast<int>(state.range(1));
   Buffer<orv32f> src(n);
   Buffer<orv16s> dst(n);
   fillSamples32f(src.p, n);
@@ -157,18 +157,8 @@ void BM_loop_CplxToReal_32fc(benchmark::State& state) {
   setBytes<orv32fc, orv32fc>(state, n);
 }
 
-#define ORV_SIZES ->Arg(1024)->Arg(1 << 20)
-BENCHMARK(BM_orvsConvert_16s32f) ORV_SIZES;
-BENCHMARK(BM_loop_16s32f) ORV_SIZES;
-BENCHMARK(BM_orvsConvert_32f16s_Sfs)->Args({1024, orvRndNear})->Args({1 << 20, orvRndNear})
-    ->Args({1024, orvRndZero})->Args({1 << 20, orvRndZero});
-BENCHMARK(BM_loop_32f16s_rint) ORV_SIZES;
-BENCHMARK(BM_orvsConvert_32f64f) ORV_SIZES;
-BENCHMARK(BM_loop_32f64f) ORV_SIZES;
-BENCHMARK(BM_orvsCplxToReal_32fc) ORV_SIZES;
-BENCHMARK(BM_loop_CplxToReal_32fc) ORV_SIZES;
 
-#ifdef ORVSPX_HAVE_VOLK
+#ifdef ORVBENCH_HAVE_VOLK
 void BM_volk_16i_s32f_convert_32f(benchmark::State& state) {
   const int n = static_cast<int>(state.range(0));
   Buffer<orv16s> src(n);
@@ -205,9 +195,28 @@ void BM_volk_32fc_deinterleave_32f_x2(benchmark::State& state) {
   setBytes<orv32fc, orv32fc>(state, n);
 }
 
-BENCHMARK(BM_volk_16i_s32f_convert_32f) ORV_SIZES;
-BENCHMARK(BM_volk_32f_s32f_convert_16i) ORV_SIZES;
-BENCHMARK(BM_volk_32fc_deinterleave_32f_x2) ORV_SIZES;
 #endif
 
 }  // namespace
+
+void orvbenchRegister() {
+  using orvbench::addSized;
+  const auto sizes = {std::int64_t{1024}, std::int64_t{1} << 20};
+  addSized("elementwise", "convert_16s32f", "orvspx", BM_orvsConvert_16s32f, sizes);
+  addSized("elementwise", "convert_16s32f", "plain", BM_loop_16s32f, sizes);
+  addSized("elementwise", "convert_32f16s_near", "orvspx", BM_orvsConvert_32f16s_Sfs<orvRndNear>, sizes);
+  addSized("elementwise", "convert_32f16s_near", "plain", BM_loop_32f16s_rint, sizes);
+  addSized("elementwise", "convert_32f16s_zero", "orvspx", BM_orvsConvert_32f16s_Sfs<orvRndZero>, sizes);
+  addSized("elementwise", "convert_32f64f", "orvspx", BM_orvsConvert_32f64f, sizes);
+  addSized("elementwise", "convert_32f64f", "plain", BM_loop_32f64f, sizes);
+  addSized("elementwise", "cplxtoreal_32fc", "orvspx", BM_orvsCplxToReal_32fc, sizes);
+  addSized("elementwise", "cplxtoreal_32fc", "plain", BM_loop_CplxToReal_32fc, sizes);
+#ifdef ORVBENCH_HAVE_VOLK
+  addSized("elementwise", "convert_16s32f", "volk", BM_volk_16i_s32f_convert_32f, sizes);
+  addSized("elementwise", "convert_32f16s_near", "volk", BM_volk_32f_s32f_convert_16i, sizes);
+  addSized("elementwise", "convert_32f16s_zero", "volk", BM_volk_32f_s32f_convert_16i, sizes);
+  addSized("elementwise", "cplxtoreal_32fc", "volk", BM_volk_32fc_deinterleave_32f_x2, sizes);
+#endif
+}
+
+ORVBENCH_MAIN()
