@@ -341,8 +341,81 @@ ORV_API orvStatus orvsSub_8u_ISfs(const orv8u* src, orv8u* srcDst, int len, int 
 ORV_API orvStatus orvsSub_8u_Sfs(const orv8u* src1, const orv8u* src2, orv8u* dst, int len, int scaleFactor);
 
 /* ---- Multiply -------------------------------------------------------------- */
+ORV_API orvStatus orvsMulC_16s_I(orv16s val, orv16s* srcDst, int len);
+ORV_API orvStatus orvsMulC_16s_ISfs(orv16s val, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulC_16s_Sfs(const orv16s* src, orv16s val, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulC_16sc_ISfs(orv16sc val, orv16sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulC_16sc_Sfs(const orv16sc* src, orv16sc val, orv16sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulC_32f(const orv32f* src, orv32f val, orv32f* dst, int len);
+ORV_API orvStatus orvsMulC_32f_I(orv32f val, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMulC_32fc(const orv32fc* src, orv32fc val, orv32fc* dst, int len);
+ORV_API orvStatus orvsMulC_32fc_I(orv32fc val, orv32fc* srcDst, int len);
+ORV_API orvStatus orvsMulC_32s_ISfs(orv32s val, orv32s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulC_32s_Sfs(const orv32s* src, orv32s val, orv32s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulC_32sc_ISfs(orv32sc val, orv32sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulC_32sc_Sfs(const orv32sc* src, orv32sc val, orv32sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulC_64f(const orv64f* src, orv64f val, orv64f* dst, int len);
+ORV_API orvStatus orvsMulC_64f_I(orv64f val, orv64f* srcDst, int len);
+ORV_API orvStatus orvsMulC_64fc(const orv64fc* src, orv64fc val, orv64fc* dst, int len);
+ORV_API orvStatus orvsMulC_64fc_I(orv64fc val, orv64fc* srcDst, int len);
+ORV_API orvStatus orvsMulC_8u_ISfs(orv8u val, orv8u* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulC_8u_Sfs(const orv8u* src, orv8u val, orv8u* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_16s(const orv16s* src1, const orv16s* src2, orv16s* dst, int len);
+ORV_API orvStatus orvsMul_16s32f(const orv16s* src1, const orv16s* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsMul_16s32s_Sfs(const orv16s* src1, const orv16s* src2, orv32s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_16s_I(const orv16s* src, orv16s* srcDst, int len);
+ORV_API orvStatus orvsMul_16s_ISfs(const orv16s* src, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_16s_Sfs(const orv16s* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_16sc_ISfs(const orv16sc* src, orv16sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_16sc_Sfs(const orv16sc* src1, const orv16sc* src2, orv16sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_16u16s_Sfs(const orv16u* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_32f(const orv32f* src1, const orv32f* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsMul_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMul_32fc(const orv32fc* src1, const orv32fc* src2, orv32fc* dst, int len);
+ORV_API orvStatus orvsMul_32fc_I(const orv32fc* src, orv32fc* srcDst, int len);
+ORV_API orvStatus orvsMul_32s_ISfs(const orv32s* src, orv32s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_32s_Sfs(const orv32s* src1, const orv32s* src2, orv32s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_32sc_ISfs(const orv32sc* src, orv32sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_32sc_Sfs(const orv32sc* src1, const orv32sc* src2, orv32sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int len);
+ORV_API orvStatus orvsMul_64f_I(const orv64f* src, orv64f* srcDst, int len);
+ORV_API orvStatus orvsMul_64fc(const orv64fc* src1, const orv64fc* src2, orv64fc* dst, int len);
+ORV_API orvStatus orvsMul_64fc_I(const orv64fc* src, orv64fc* srcDst, int len);
+ORV_API orvStatus orvsMul_8u16u(const orv8u* src1, const orv8u* src2, orv16u* dst, int len);
+ORV_API orvStatus orvsMul_8u_ISfs(const orv8u* src, orv8u* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMul_8u_Sfs(const orv8u* src1, const orv8u* src2, orv8u* dst, int len, int scaleFactor);
 
 /* ---- Divide ---------------------------------------------------------------- */
+ORV_API orvStatus orvsDivCRev_16u(const orv16u* src, orv16u val, orv16u* dst, int len);
+ORV_API orvStatus orvsDivCRev_16u_I(orv16u val, orv16u* srcDst, int len);
+ORV_API orvStatus orvsDivC_16s_ISfs(orv16s val, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsDivC_16s_Sfs(const orv16s* src, orv16s val, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsDivC_16sc_ISfs(orv16sc val, orv16sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsDivC_16sc_Sfs(const orv16sc* src, orv16sc val, orv16sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsDivC_32f(const orv32f* src, orv32f val, orv32f* dst, int len);
+ORV_API orvStatus orvsDivC_32f_I(orv32f val, orv32f* srcDst, int len);
+ORV_API orvStatus orvsDivC_32fc(const orv32fc* src, orv32fc val, orv32fc* dst, int len);
+ORV_API orvStatus orvsDivC_32fc_I(orv32fc val, orv32fc* srcDst, int len);
+ORV_API orvStatus orvsDivC_64f(const orv64f* src, orv64f val, orv64f* dst, int len);
+ORV_API orvStatus orvsDivC_64f_I(orv64f val, orv64f* srcDst, int len);
+ORV_API orvStatus orvsDivC_64fc(const orv64fc* src, orv64fc val, orv64fc* dst, int len);
+ORV_API orvStatus orvsDivC_64fc_I(orv64fc val, orv64fc* srcDst, int len);
+ORV_API orvStatus orvsDivC_8u_ISfs(orv8u val, orv8u* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsDivC_8u_Sfs(const orv8u* src, orv8u val, orv8u* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsDiv_16s_ISfs(const orv16s* src, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsDiv_16s_Sfs(const orv16s* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsDiv_16sc_ISfs(const orv16sc* src, orv16sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsDiv_16sc_Sfs(const orv16sc* src1, const orv16sc* src2, orv16sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsDiv_32f(const orv32f* src1, const orv32f* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsDiv_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsDiv_32fc(const orv32fc* src1, const orv32fc* src2, orv32fc* dst, int len);
+ORV_API orvStatus orvsDiv_32fc_I(const orv32fc* src, orv32fc* srcDst, int len);
+ORV_API orvStatus orvsDiv_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int len);
+ORV_API orvStatus orvsDiv_64f_I(const orv64f* src, orv64f* srcDst, int len);
+ORV_API orvStatus orvsDiv_64fc(const orv64fc* src1, const orv64fc* src2, orv64fc* dst, int len);
+ORV_API orvStatus orvsDiv_64fc_I(const orv64fc* src, orv64fc* srcDst, int len);
+ORV_API orvStatus orvsDiv_8u_ISfs(const orv8u* src, orv8u* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsDiv_8u_Sfs(const orv8u* src1, const orv8u* src2, orv8u* dst, int len, int scaleFactor);
 
 /* ---- Abs, square and roots ------------------------------------------------- */
 

@@ -221,3 +221,74 @@ inline void storeScaled(ScaleCase scaleCase, int s, T* dst, int len, const Term&
 }
 
 }  // namespace orv
+
+// ---- Full-width terms ------------------------------------------------------
+//
+// Some products fill W: a 16u x 16s product in 32 bits, the guarded complex
+// sums that reach the largest value of W. Adding the rounding bias to such a
+// t would overflow, so these steps split off bit 0 first and round the halved
+// value; they give the same result as HalveStep and RoundStep:
+//   SplitHalveStep<W>       h = t >> 1;  h + (((t & 1) + (h & 1)) >> 1)
+//   SplitRoundStep<W>(s)    h = t >> 1, k = s - 1;
+//                           (h + (((t & 1) - 1 + 2^k + ((h >> k) & 1)) >> 1)) >> k
+// storeScaledFullWidth() is storeScaled() with these two steps; s may go up
+// to the bit width of W minus one.
+//
+// SaturatingShiftUpStep<T, W>{d} gives saturate_T(t * 2^d) for any t of W
+// without forming an out-of-range value: it compares t with the bounds of T
+// shifted right by d, and delivers the bound where the shift would pass it.
+
+namespace orv {
+
+template <typename W>
+struct SplitHalveStep {
+  constexpr W operator()(W t) const {
+    const W h = t >> 1;
+    return h + (((t & 1) + (h & 1)) >> 1);
+  }
+};
+
+template <typename W>
+struct SplitRoundStep {
+  explicit constexpr SplitRoundStep(int s) : k(s - 1), bias((W(1) << (s - 1)) - 1) {}
+  constexpr W operator()(W t) const {
+    const W h = t >> 1;
+    return (h + (((t & 1) + bias + ((h >> k) & 1)) >> 1)) >> k;
+  }
+  int k;   // s - 1, 1 or more
+  W bias;  // 2^k - 1
+};
+
+template <typename T, typename W>
+struct SaturatingShiftUpStep {
+  explicit constexpr SaturatingShiftUpStep(int d)
+      : distance(d),
+        upper(static_cast<W>(std::numeric_limits<T>::max()) >> d),
+        lower(static_cast<W>(std::numeric_limits<T>::min()) >> d) {}
+  constexpr W operator()(W t) const {
+    if (t > upper) return static_cast<W>(std::numeric_limits<T>::max());
+    if (t < lower) return static_cast<W>(std::numeric_limits<T>::min());
+    return shiftUp(t, distance);
+  }
+  int distance;  // -s, 1 or more
+  W upper;       // largest t whose shift stays at or below T's maximum
+  W lower;       // smallest t whose shift stays at or above T's minimum
+};
+
+template <typename T, int L, typename Plan, typename Term>
+inline void storeScaledFullWidth(ScaleCase scaleCase, int s, T* dst, int len, const Term& term) {
+  using W = decltype(term(std::ptrdiff_t{0}, 0));
+  switch (scaleCase) {
+    case ScaleCase::kHalve:
+      storeParts<T, L, Plan::atHalve>(dst, len, SplitHalveStep<W>{}, term);
+      break;
+    case ScaleCase::kRound:
+      storeParts<T, L, Plan::atRound>(dst, len, SplitRoundStep<W>(s), term);
+      break;
+    default:
+      storeScaled<T, L, Plan>(scaleCase, s, dst, len, term);
+      break;
+  }
+}
+
+}  // namespace orv
