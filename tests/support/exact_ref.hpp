@@ -7,6 +7,7 @@
 #pragma once
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -63,6 +64,51 @@ inline std::string toString(Wide v) {
     v /= 10;
   }
   return neg ? "-" + out : out;
+}
+
+}  // namespace orvtest
+
+// ---- Quotients rounded through a truncating 32-bit store -----------------
+//
+// The families that divide round by adding one half (ties up) or one half
+// away from zero, and store through a truncating 32-bit integer store, whose
+// out-of-range answer is -2^31. Stated here on the exact rational n / d.
+
+namespace orvtest {
+
+// The truncating store of the rational n / d (d != 0): towards zero, and
+// -2^31 where the truncated value is outside the 32-bit range.
+inline long long truncatedStore(Wide n, Wide d) {
+  const Wide q = n / d;  // C++ division truncates towards zero
+  if (q < Wide(INT32_MIN) || q > Wide(INT32_MAX)) return INT32_MIN;
+  return static_cast<long long>(q);
+}
+
+// n / d + 1/2, truncated: a tie of a non-negative quotient goes up.
+inline long long plusHalfTruncated(Wide n, Wide d) {
+  if (d < 0) n = -n, d = -d;
+  return truncatedStore(2 * n + d, 2 * d);
+}
+
+// n / d + 1/2 when n / d is above 0, else n / d - 1/2, truncated: ties go
+// away from zero.
+inline long long awayFromZeroTruncated(Wide n, Wide d) {
+  if (d < 0) n = -n, d = -d;
+  return n > 0 ? truncatedStore(2 * n + d, 2 * d) : truncatedStore(2 * n - d, 2 * d);
+}
+
+// True if n / d lies exactly halfway between two integers.
+inline bool isTie(Wide n, Wide d) {
+  if (d < 0) n = -n, d = -d;
+  const Wide twice = 2 * n;
+  return twice % d == 0 && (twice / d) % 2 != 0;
+}
+
+// The power of two of a scale factor as the 32-bit integer 1 shifted left by
+// |s| modulo 32: 2^31 is -2^31, and a distance of 32 gives 1.
+inline Wide powerOfTwoMod32(long long s) {
+  const long long d = (s < 0 ? -s : s) % 32;
+  return d == 31 ? Wide(INT32_MIN) : (Wide(1) << d);
 }
 
 }  // namespace orvtest
