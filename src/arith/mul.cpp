@@ -22,6 +22,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "arith/complex_mul.hpp"
 #include "arith/shortcuts.hpp"
 #include "core/internal.hpp"
 #include "core/lengths.hpp"
@@ -456,11 +457,17 @@ orvStatus orvsMul_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int l
 orvStatus orvsMul_64f_I(const orv64f* src, orv64f* srcDst, int len) {
   return floatVector<orv64f>(src, srcDst, srcDst, len);
 }
+// The 32fc products run in the vector loops of complex_mul.hpp, which give
+// the bits of the plain double evaluation.
 orvStatus orvsMul_32fc(const orv32fc* src1, const orv32fc* src2, orv32fc* dst, int len) {
-  return floatComplexVector(src1, src2, dst, len);
+  ORV_RETURN_IF_ERROR(orv::checkVectors(len, src1, src2, dst));
+  orv::arith::mul32fc(src1, src2, dst, len);
+  return orvOk;
 }
 orvStatus orvsMul_32fc_I(const orv32fc* src, orv32fc* srcDst, int len) {
-  return floatComplexVector<orv32fc>(src, srcDst, srcDst, len);
+  ORV_RETURN_IF_ERROR(orv::checkVectors(len, src, srcDst));
+  orv::arith::mul32fc(src, srcDst, srcDst, len);
+  return orvOk;
 }
 orvStatus orvsMul_64fc(const orv64fc* src1, const orv64fc* src2, orv64fc* dst, int len) {
   return floatComplexVector(src1, src2, dst, len);

@@ -10,6 +10,7 @@
 #include <random>
 #include <vector>
 
+#include "arith/complex_mul.hpp"
 #include "orvspx.h"
 
 namespace {
@@ -205,6 +206,45 @@ TEST(MulFloat, ChecksOfTheVectorForms) {
   EXPECT_EQ(orvsMul_64fc_I(&z, &z, 0), orvErrSize);
   EXPECT_EQ(orvsMulC_32fc(nullptr, orv32fc{}, nullptr, 1), orvErrNullPointer);
   EXPECT_EQ(f, 1.0f);
+}
+
+}  // namespace
+
+// ---- The vector loops of the 32fc product ---------------------------------------------
+
+namespace {
+
+// Each vector loop gives the bits of the plain loop, on every length up to a
+// few passes (tails included), in place too.
+TEST(MulFloat, VectorLoopsOfThe32fcProductMatchThePlainLoop) {
+  using Loop = void (*)(const orv32fc*, const orv32fc*, orv32fc*, std::ptrdiff_t);
+  std::vector<std::pair<const char*, Loop>> loops = {{"sse2", orv::arith::mul32fcSse2}};
+  if (orv::arith::processorHasAvx()) loops.push_back({"avx", orv::arith::mul32fcAvx});
+  const std::size_t n = 3001;
+  const auto px = mixedValues<float>(2 * n, 21), py = mixedValues<float>(2 * n, 22);
+  std::vector<orv32fc> x(n), y(n), want(n);
+  for (std::size_t i = 0; i < n; ++i) x[i] = {px[2 * i], px[2 * i + 1]}, y[i] = {py[2 * i], py[2 * i + 1]};
+  orv::arith::mul32fcPlain(x.data(), y.data(), want.data(), std::ptrdiff_t(n));
+  for (const auto& [name, loop] : loops) {
+    for (std::size_t len : {std::size_t(1), std::size_t(2), std::size_t(3), std::size_t(5), n}) {
+      std::vector<orv32fc> got(len + 1, orv32fc{7, 7});
+      loop(x.data(), y.data(), got.data(), std::ptrdiff_t(len));
+      for (std::size_t i = 0; i < len; ++i) {
+        ASSERT_TRUE((std::isnan(got[i].re) && std::isnan(want[i].re)) || bitsOf(got[i].re) == bitsOf(want[i].re))
+            << name << " element " << i;
+        ASSERT_TRUE((std::isnan(got[i].im) && std::isnan(want[i].im)) || bitsOf(got[i].im) == bitsOf(want[i].im))
+            << name << " element " << i;
+      }
+      ASSERT_EQ(got[len].re, 7.0f) << name << " wrote past the end";
+    }
+    std::vector<orv32fc> inPlace = y;
+    loop(x.data(), inPlace.data(), inPlace.data(), std::ptrdiff_t(n));
+    for (std::size_t i = 0; i < n; ++i) {
+      ASSERT_TRUE((std::isnan(inPlace[i].re) || bitsOf(inPlace[i].re) == bitsOf(want[i].re)) &&
+                  (std::isnan(inPlace[i].im) || bitsOf(inPlace[i].im) == bitsOf(want[i].im)))
+          << name << " in place, element " << i;
+    }
+  }
 }
 
 }  // namespace
