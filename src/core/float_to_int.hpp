@@ -1,6 +1,7 @@
 // Floating-point to integer steps shared by the families that leave floating
 // point: the rounding rules, the power-of-two scale factor of the narrowing
-// conversions, and the limit-then-round step of one element.
+// conversions, the limit-then-round step of one element, and the truncating
+// 32-bit store with its power-of-two divisors.
 //
 // All of them follow one numeric model: a value is held in double (the 53-bit
 // working precision), a scale factor in long double (extended exponent
@@ -11,6 +12,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 namespace orv {
 
@@ -90,6 +92,31 @@ inline T limitAndRound(V v, const IntegerLimits<T>& lim) {
   if (!(v > static_cast<V>(lim.lowerLimit))) return lim.lowerBound;
   const double d = static_cast<double>(v);
   return static_cast<T>(Nearest ? roundHalfEven(d) : truncateToInteger(d));
+}
+
+// ---- The truncating integer store -----------------------------------------
+
+// v truncated towards zero to a signed 32-bit integer. A value whose
+// truncation lies outside the 32-bit range, and every NaN, gives the
+// processor's "integer indefinite" -2147483648, as the store instruction
+// delivers it.
+inline std::int32_t truncateToInt32(double v) {
+  if (v > -2147483649.0 && v < 2147483648.0) return static_cast<std::int32_t>(v);
+  return std::numeric_limits<std::int32_t>::min();
+}
+
+// 2^d for a shift distance d, formed as the signed 32-bit integer 1 shifted
+// left by d modulo 32 and then turned into floating point: 2^31 comes out as
+// -2147483648.0, and a distance of 32 as 1.0.
+inline double powerOfTwoMod32(std::uint32_t d) {
+  return static_cast<double>(static_cast<std::int32_t>(std::uint32_t{1} << (d & 31u)));
+}
+
+// |s| of a scale factor as an unsigned distance, defined for every s
+// (including the most negative one, whose magnitude is 2^31).
+inline std::uint32_t scaleDistance(int s) {
+  const std::uint32_t u = static_cast<std::uint32_t>(s);
+  return s < 0 ? 0u - u : u;
 }
 
 }  // namespace orv

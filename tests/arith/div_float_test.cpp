@@ -1,0 +1,214 @@
+// Floating-point quotients: double evaluations of the formulas, the exact
+// bit patterns for zero divisors, and the check order and reciprocal of the
+// real scalar forms.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "orvspx.h"
+
+namespace {
+
+std::uint32_t bits(float v) {
+  std::uint32_t u;
+  std::memcpy(&u, &v, 4);
+  return u;
+}
+std::uint64_t bits(double v) {
+  std::uint64_t u;
+  std::memcpy(&u, &v, 8);
+  return u;
+}
+
+template <typename T>
+struct Patterns;
+template <>
+struct Patterns<float> {
+  static constexpr std::uint32_t nan = 0xffc00000u, plusInf = 0x7f800000u, minusInf = 0xff800000u;
+};
+template <>
+struct Patterns<double> {
+  static constexpr std::uint64_t nan = 0xfff8000000000000u, plusInf = 0x7ff0000000000000u,
+                                 minusInf = 0xfff0000000000000u;
+};
+
+// Same value, any NaN matching any NaN (the NaN an operation passes on is
+// the processor's choice).
+template <typename T>
+bool sameValue(T got, T want) {
+  return (std::isnan(got) && std::isnan(want)) || bits(got) == bits(want);
+}
+
+template <typename T>
+void checkRealQuotients(orvStatus (*f)(const T*, const T*, T*, int), orvStatus (*fI)(const T*, T*, int)) {
+  using L = std::numeric_limits<T>;
+  using P = Patterns<T>;
+  const std::vector<T> specials = {T(0), -T(0), L::quiet_NaN(), -L::quiet_NaN(), T(1),
+                                   T(-1), T(2), L::infinity(),  -L::infinity(),  L::denorm_min()};
+  std::vector<T> divisor, dividend;
+  for (T b : specials)
+    for (T a : specials) divisor.push_back(b), dividend.push_back(a);
+  std::mt19937 gen(3);
+  std::uniform_real_distribution<double> real(-1e6, 1e6);
+  while (divisor.size() < 1000) divisor.push_back(T(real(gen))), dividend.push_back(T(real(gen)));
+  const int n = int(divisor.size());
+  std::vector<T> dst(n);
+  ASSERT_EQ(f(divisor.data(), dividend.data(), dst.data(), n), orvWarnDivByZero);
+  for (int i = 0; i < n; ++i) {
+    const T b = divisor[i], a = dividend[i];
+    if (b == 0 || std::isnan(b)) {
+      // Chosen by the dividend alone; the sign of a zero divisor plays no part.
+      const auto want = (a == 0 || std::isnan(a)) ? P::nan : (a > 0 ? P::plusInf : P::minusInf);
+      ASSERT_EQ(bits(dst[i]), want) << a << " / " << b;
+    } else {
+      ASSERT_TRUE(sameValue(dst[i], static_cast<T>(double(a) / double(b)))) << a << " / " << b;
+    }
+  }
+  std::vector<T> inPlace = dividend;
+  ASSERT_EQ(fI(divisor.data(), inPlace.data(), n), orvWarnDivByZero);
+  for (int i = 0; i < n; ++i) ASSERT_EQ(bits(inPlace[i]), bits(dst[i])) << i;
+  // Without a zero divisor the status is orvOk.
+  ASSERT_EQ(f(divisor.data() + 200, dividend.data() + 200, dst.data(), 100), orvOk);
+  EXPECT_EQ(f(nullptr, dividend.data(), dst.data(), 0), orvErrNullPointer);
+  EXPECT_EQ(fI(divisor.data(), inPlace.data(), 0), orvErrSize);
+}
+
+TEST(DivFloat, RealQuotientsAndZeroDivisorPatterns) {
+  checkRealQuotients<float>(orvsDiv_32f, orvsDiv_32f_I);
+  checkRealQuotients<double>(orvsDiv_64f, orvsDiv_64f_I);
+  // Divisors 0, 1, -0.0 with dividends 1, 2, -1.
+  const float divisor[3] = {0.0f, 1.0f, -0.0f}, dividend[3] = {1.0f, 2.0f, -1.0f};
+  float d[3];
+  ASSERT_EQ(orvsDiv_32f(divisor, dividend, d, 3), orvWarnDivByZero);
+  EXPECT_EQ(bits(d[0]), 0x7f800000u);
+  EXPECT_EQ(d[1], 2.0f);
+  EXPECT_EQ(bits(d[2]), 0xff800000u);
+}
+
+// m = c*c + d*d, p = a*c + b*d, q = c*b - d*a in double; a zero (or NaN) m
+// picks each part from p and q by the rule of the real forms.
+template <typename C>
+void checkComplexQuotients(orvStatus (*f)(const C*, const C*, C*, int), orvStatus (*fI)(const C*, C*, int)) {
+  using T = decltype(C::re);
+  using L = std::numeric_limits<T>;
+  using P = Patterns<T>;
+  std::vector<C> divisor = {{0, 0}, {-T(0), 0}, {0, 0}, {0, 0}, {L::quiet_NaN(), 1}, {1, 0}, {0, 2}},
+                 dividend = {{1, -1}, {0, 0}, {L::infinity(), 0}, {L::quiet_NaN(), 1}, {1, 1}, {3, 4}, {1, 0}};
+  std::mt19937 gen(9);
+  std::uniform_real_distribution<double> real(-100.0, 100.0);
+  while (divisor.size() < 500) {
+    divisor.push_back({T(real(gen)), T(real(gen))});
+    dividend.push_back({T(real(gen)), T(real(gen))});
+  }
+  const int n = int(divisor.size());
+  std::vector<C> dst(n);
+  ASSERT_EQ(f(divisor.data(), dividend.data(), dst.data(), n), orvWarnDivByZero);
+  auto byZero = [](double v) { return (v == 0 || std::isnan(v)) ? P::nan : (v > 0 ? P::plusInf : P::minusInf); };
+  for (int i = 0; i < n; ++i) {
+    const double a = dividend[i].re, b = dividend[i].im, c = divisor[i].re, d = divisor[i].im;
+    const double m = c * c + d * d, p = a * c + b * d, q = c * b - d * a;
+    if (m == 0 || std::isnan(m)) {
+      ASSERT_EQ(bits(dst[i].re), byZero(p)) << i;
+      ASSERT_EQ(bits(dst[i].im), byZero(q)) << i;
+    } else {
+      const double r = 1.0 / m;
+      ASSERT_TRUE(sameValue(dst[i].re, static_cast<T>(p * r))) << i;
+      ASSERT_TRUE(sameValue(dst[i].im, static_cast<T>(q * r))) << i;
+    }
+  }
+  // A zero divisor with a finite dividend: NaN in both parts.
+  EXPECT_EQ(bits(dst[0].re), P::nan);
+  EXPECT_EQ(bits(dst[0].im), P::nan);
+  std::vector<C> inPlace = dividend;
+  ASSERT_EQ(fI(divisor.data(), inPlace.data(), n), orvWarnDivByZero);
+  for (int i = 0; i < n; ++i) ASSERT_TRUE(bits(inPlace[i].re) == bits(dst[i].re) && bits(inPlace[i].im) == bits(dst[i].im));
+  ASSERT_EQ(f(divisor.data() + 10, dividend.data() + 10, dst.data(), 100), orvOk);
+}
+
+TEST(DivFloat, ComplexQuotientsThroughTheReciprocalOfTheNorm) {
+  checkComplexQuotients<orv32fc>(orvsDiv_32fc, orvsDiv_32fc_I);
+  checkComplexQuotients<orv64fc>(orvsDiv_64fc, orvsDiv_64fc_I);
+}
+
+// ---- Scalar divisors -----------------------------------------------------------------
+
+template <typename T>
+void checkRealScalar(orvStatus (*f)(const T*, T, T*, int), orvStatus (*fI)(T, T*, int)) {
+  using L = std::numeric_limits<T>;
+  // The zero test comes first of all, NaN counting as zero.
+  for (T val : {T(0), -T(0), L::quiet_NaN()}) {
+    EXPECT_EQ(f(nullptr, val, nullptr, 0), orvErrDivideByZero);
+    EXPECT_EQ(fI(val, nullptr, -1), orvErrDivideByZero);
+  }
+  T one = 1;
+  EXPECT_EQ(f(nullptr, T(2), &one, 1), orvErrNullPointer);
+  EXPECT_EQ(fI(T(2), &one, 0), orvErrSize);
+
+  // The vector times the reciprocal rounded to T: a val of 1 copies bit for
+  // bit, an infinite one clears.
+  const std::vector<T> src = {L::quiet_NaN(), -T(0), L::infinity(), T(6), T(-7.25), L::denorm_min()};
+  const int n = int(src.size());
+  std::vector<T> dst(n);
+  ASSERT_EQ(f(src.data(), T(1), dst.data(), n), orvOk);
+  for (int i = 0; i < n; ++i) EXPECT_EQ(bits(dst[i]), bits(src[i])) << i;
+  ASSERT_EQ(f(src.data(), L::infinity(), dst.data(), n), orvOk);
+  for (int i = 0; i < n; ++i) EXPECT_EQ(bits(dst[i]), bits(T(0))) << i;
+
+  std::mt19937 gen(4);
+  std::uniform_real_distribution<double> real(-1e4, 1e4);
+  std::vector<T> x(2000);
+  for (T& v : x) v = T(real(gen));
+  int differsFromQuotient = 0;
+  for (T val : {T(3), T(-10), T(0.1), T(7e-30)}) {
+    const T r = static_cast<T>(1.0 / double(val));
+    std::vector<T> d(x.size());
+    ASSERT_EQ(f(x.data(), val, d.data(), int(x.size())), orvOk);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+      ASSERT_EQ(bits(d[i]), bits(static_cast<T>(double(x[i]) * double(r)))) << x[i] << " / " << val;
+      differsFromQuotient += d[i] != static_cast<T>(double(x[i]) / double(val));
+    }
+    std::vector<T> e = x;
+    ASSERT_EQ(fI(val, e.data(), int(e.size())), orvOk);
+    ASSERT_EQ(e, d);
+  }
+  EXPECT_GT(differsFromQuotient, 0);  // the data tell a reciprocal from a division
+}
+
+TEST(DivFloat, ScalarZeroTestFirstThenReciprocalProduct) {
+  checkRealScalar<orv32f>(orvsDivC_32f, orvsDivC_32f_I);
+  checkRealScalar<orv64f>(orvsDivC_64f, orvsDivC_64f_I);
+}
+
+template <typename C>
+void checkComplexScalar(orvStatus (*f)(const C*, C, C*, int), orvStatus (*fI)(C, C*, int)) {
+  using T = decltype(C::re);
+  std::mt19937 gen(8);
+  std::uniform_real_distribution<double> real(-100.0, 100.0);
+  std::vector<C> x(700);
+  for (C& v : x) v = {T(real(gen)), T(real(gen))};
+  for (const C val : {C{1, 0}, C{0, -1}, C{3, 4}, C{T(real(gen)), T(real(gen))}}) {
+    const double c = val.re, d = val.im, r = 1.0 / (c * c + d * d);
+    std::vector<C> got(x.size());
+    ASSERT_EQ(f(x.data(), val, got.data(), int(x.size())), orvOk);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+      const double a = x[i].re, b = x[i].im;
+      ASSERT_EQ(bits(got[i].re), bits(static_cast<T>((a * c + b * d) * r))) << i;
+      ASSERT_EQ(bits(got[i].im), bits(static_cast<T>((a * -d + b * c) * r))) << i;
+    }
+    std::vector<C> e = x;
+    ASSERT_EQ(fI(val, e.data(), int(e.size())), orvOk);
+    for (std::size_t i = 0; i < x.size(); ++i) ASSERT_TRUE(bits(e[i].re) == bits(got[i].re) && bits(e[i].im) == bits(got[i].im));
+  }
+}
+
+TEST(DivFloat, ComplexScalarThroughOneReciprocal) {
+  checkComplexScalar<orv32fc>(orvsDivC_32fc, orvsDivC_32fc_I);
+  checkComplexScalar<orv64fc>(orvsDivC_64fc, orvsDivC_64fc_I);
+}
+
+}  // namespace
