@@ -1,29 +1,15 @@
 // Addition and subtraction next to plain -O3 loops doing the same
 // arithmetic: a float sum, and saturating (rounded, for scale 1) integer
 // sums and differences.
-#include <benchmark/benchmark.h>
-
 #include <cstdint>
-#include <random>
+#include <memory>
+#include <string>
 #include <vector>
 
+#include "bench_common.hpp"
 #include "orvspx.h"
 
 namespace {
-
-template <typename T>
-std::vector<T> randomVector(std::size_t n, unsigned seed) {
-  std::mt19937 gen(seed);
-  std::vector<T> v(n);
-  for (auto& x : v) {
-    if constexpr (std::is_floating_point<T>::value) {
-      x = static_cast<T>(static_cast<int>(gen() % 20001) - 10000) / T(7);
-    } else {
-      x = static_cast<T>(gen());
-    }
-  }
-  return v;
-}
 
 // ---- Plain loops ----------------------------------------------------------
 
@@ -60,106 +46,79 @@ __attribute__((noinline)) void plainSub32scSat(const std::int32_t* a, const std:
   }
 }
 
-// ---- Benchmarks -----------------------------------------------------------
+// ---- Cases ------------------------------------------------------------------
 
-void BM_orvsAdd_32f(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  auto a = randomVector<float>(n, 1), b = randomVector<float>(n, 2);
-  std::vector<float> d(n);
-  for (auto _ : state) {
-    orvsAdd_32f(a.data(), b.data(), d.data(), n);
-    benchmark::ClobberMemory();
-  }
-  state.SetItemsProcessed(state.iterations() * n);
-}
-void BM_plain_Add_32f(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  auto a = randomVector<float>(n, 1), b = randomVector<float>(n, 2);
-  std::vector<float> d(n);
-  for (auto _ : state) {
-    plainAdd32f(a.data(), b.data(), d.data(), n);
-    benchmark::ClobberMemory();
-  }
-  state.SetItemsProcessed(state.iterations() * n);
-}
+void registerSize(int n) {
+  using orvbench::add;
+  auto fa = std::make_shared<std::vector<float>>(orvbench::randomVector<float>(n, -1000.f, 1000.f, 1));
+  auto fb = std::make_shared<std::vector<float>>(orvbench::randomVector<float>(n, -1000.f, 1000.f, 2));
+  auto fd = std::make_shared<std::vector<float>>(n);
+  auto sa = std::make_shared<std::vector<orv16s>>(orvbench::randomVector<orv16s>(n, -32768, 32767, 3));
+  auto sb = std::make_shared<std::vector<orv16s>>(orvbench::randomVector<orv16s>(n, -32768, 32767, 4));
+  auto sd = std::make_shared<std::vector<orv16s>>(n);
+  auto bytes = std::make_shared<std::vector<orv8u>>(orvbench::randomVector<orv8u>(n, 0, 255, 5));
+  auto ia = std::make_shared<std::vector<orv32s>>(orvbench::randomVector<orv32s>(2 * n, INT32_MIN, INT32_MAX, 6));
+  auto ib = std::make_shared<std::vector<orv32s>>(orvbench::randomVector<orv32s>(2 * n, INT32_MIN, INT32_MAX, 7));
+  auto id = std::make_shared<std::vector<orv32s>>(2 * n);
 
-void BM_orvsAdd_16s_Sfs(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const int s = static_cast<int>(state.range(1));
-  auto a = randomVector<orv16s>(n, 1), b = randomVector<orv16s>(n, 2);
-  std::vector<orv16s> d(n);
-  for (auto _ : state) {
-    orvsAdd_16s_Sfs(a.data(), b.data(), d.data(), n, s);
-    benchmark::ClobberMemory();
+  add("elementwise", "add_32f", "orvspx", n, [=](benchmark::State& st) {
+    for (auto _ : st) {
+      orvsAdd_32f(fa->data(), fb->data(), fd->data(), n);
+      benchmark::ClobberMemory();
+    }
+  });
+  add("elementwise", "add_32f", "plain", n, [=](benchmark::State& st) {
+    for (auto _ : st) {
+      plainAdd32f(fa->data(), fb->data(), fd->data(), n);
+      benchmark::ClobberMemory();
+    }
+  });
+  for (int s : {0, 1}) {
+    const std::string sfs = std::to_string(s);
+    add("elementwise", "add_16s_sfs" + sfs, "orvspx", n, [=](benchmark::State& st) {
+      for (auto _ : st) {
+        orvsAdd_16s_Sfs(sa->data(), sb->data(), sd->data(), n, s);
+        benchmark::ClobberMemory();
+      }
+    });
+    add("elementwise", "add_16s_sfs" + sfs, "plain", n, [=](benchmark::State& st) {
+      for (auto _ : st) {
+        plainAdd16sSat(sa->data(), sb->data(), sd->data(), n, s);
+        benchmark::ClobberMemory();
+      }
+    });
+    add("elementwise", "addc_8u_isfs" + sfs, "orvspx", n, [=](benchmark::State& st) {
+      for (auto _ : st) {
+        orvsAddC_8u_ISfs(3, bytes->data(), n, s);
+        benchmark::ClobberMemory();
+      }
+    });
+    add("elementwise", "addc_8u_isfs" + sfs, "plain", n, [=](benchmark::State& st) {
+      for (auto _ : st) {
+        plainAddC8uSatI(3, bytes->data(), n, s);
+        benchmark::ClobberMemory();
+      }
+    });
+    add("elementwise", "sub_32sc_sfs" + sfs, "orvspx", n, [=](benchmark::State& st) {
+      for (auto _ : st) {
+        orvsSub_32sc_Sfs(reinterpret_cast<const orv32sc*>(ia->data()), reinterpret_cast<const orv32sc*>(ib->data()),
+                         reinterpret_cast<orv32sc*>(id->data()), n, s);
+        benchmark::ClobberMemory();
+      }
+    });
+    add("elementwise", "sub_32sc_sfs" + sfs, "plain", n, [=](benchmark::State& st) {
+      for (auto _ : st) {
+        plainSub32scSat(ia->data(), ib->data(), id->data(), n, s);
+        benchmark::ClobberMemory();
+      }
+    });
   }
-  state.SetItemsProcessed(state.iterations() * n);
 }
-void BM_plain_Add_16s_Sat(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const int s = static_cast<int>(state.range(1));
-  auto a = randomVector<orv16s>(n, 1), b = randomVector<orv16s>(n, 2);
-  std::vector<orv16s> d(n);
-  for (auto _ : state) {
-    plainAdd16sSat(a.data(), b.data(), d.data(), n, s);
-    benchmark::ClobberMemory();
-  }
-  state.SetItemsProcessed(state.iterations() * n);
-}
-
-void BM_orvsAddC_8u_ISfs(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const int s = static_cast<int>(state.range(1));
-  auto d = randomVector<orv8u>(n, 3);
-  for (auto _ : state) {
-    orvsAddC_8u_ISfs(3, d.data(), n, s);
-    benchmark::ClobberMemory();
-  }
-  state.SetItemsProcessed(state.iterations() * n);
-}
-void BM_plain_AddC_8u_Sat_I(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const int s = static_cast<int>(state.range(1));
-  auto d = randomVector<orv8u>(n, 3);
-  for (auto _ : state) {
-    plainAddC8uSatI(3, d.data(), n, s);
-    benchmark::ClobberMemory();
-  }
-  state.SetItemsProcessed(state.iterations() * n);
-}
-
-void BM_orvsSub_32sc_Sfs(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const int s = static_cast<int>(state.range(1));
-  auto a = randomVector<orv32s>(2 * n, 1), b = randomVector<orv32s>(2 * n, 2);
-  std::vector<orv32s> d(2 * n);
-  for (auto _ : state) {
-    orvsSub_32sc_Sfs(reinterpret_cast<const orv32sc*>(a.data()), reinterpret_cast<const orv32sc*>(b.data()),
-                     reinterpret_cast<orv32sc*>(d.data()), n, s);
-    benchmark::ClobberMemory();
-  }
-  state.SetItemsProcessed(state.iterations() * n);
-}
-void BM_plain_Sub_32sc_Sat(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0));
-  const int s = static_cast<int>(state.range(1));
-  auto a = randomVector<orv32s>(2 * n, 1), b = randomVector<orv32s>(2 * n, 2);
-  std::vector<orv32s> d(2 * n);
-  for (auto _ : state) {
-    plainSub32scSat(a.data(), b.data(), d.data(), n, s);
-    benchmark::ClobberMemory();
-  }
-  state.SetItemsProcessed(state.iterations() * n);
-}
-
-#define ORV_SIZES ->Arg(1024)->Arg(1 << 20)
-#define ORV_SIZES_SCALES ->Args({1024, 0})->Args({1024, 1})->Args({1 << 20, 0})->Args({1 << 20, 1})
-BENCHMARK(BM_orvsAdd_32f) ORV_SIZES;
-BENCHMARK(BM_plain_Add_32f) ORV_SIZES;
-BENCHMARK(BM_orvsAdd_16s_Sfs) ORV_SIZES_SCALES;
-BENCHMARK(BM_plain_Add_16s_Sat) ORV_SIZES_SCALES;
-BENCHMARK(BM_orvsAddC_8u_ISfs) ORV_SIZES_SCALES;
-BENCHMARK(BM_plain_AddC_8u_Sat_I) ORV_SIZES_SCALES;
-BENCHMARK(BM_orvsSub_32sc_Sfs) ORV_SIZES_SCALES;
-BENCHMARK(BM_plain_Sub_32sc_Sat) ORV_SIZES_SCALES;
 
 }  // namespace
+
+void orvbenchRegister() {
+  for (int n : {1024, 1 << 20}) registerSize(n);
+}
+
+ORVBENCH_MAIN()
