@@ -76,10 +76,29 @@ static void demo_memory(void) {
   orvsFree(s);
 }
 
+static void demo_scaled_16s(void) {
+  /* Two 16-bit signals whose sum leaves the 16-bit range. */
+  static const orv16s a[6] = {32767, -32768, 1000, 3, -3, 5};
+  static const orv16s b[6] = {32767, -32768, -250, 0, 0, 0};
+  orv16s sum[6], half[6], diff[6];
+  int i;
+  section("Saturating, scaled 16-bit arithmetic");
+  orvsAdd_16s_Sfs(a, b, sum, 6, 0);  /* saturates */
+  orvsAdd_16s_Sfs(a, b, half, 6, 1); /* (a + b) / 2, rounded to even */
+  orvsSub_16s_Sfs(b, a, diff, 6, 0); /* note the order: a - b */
+  printf("  %8s %8s | %8s %8s %8s\n", "a", "b", "a+b", "(a+b)/2", "a-b");
+  for (i = 0; i < 6; ++i) printf("  %8d %8d | %8d %8d %8d\n", a[i], b[i], sum[i], half[i], diff[i]);
+  check(sum[0] == 32767 && sum[1] == -32768, "sums beyond the range saturate");
+  check(half[0] == 32767 && half[1] == -32768 && half[2] == 375, "scale 1 halves the exact sum");
+  check(half[3] == 2 && half[4] == -2 && half[5] == 2, "halves round to the even neighbour");
+  check(diff[2] == 1250, "orvsSub_16s_Sfs(src1, src2, ...) delivers src2 - src1");
+}
+
 int main(void) {
   demo_version();
   demo_status();
   demo_memory();
+  demo_scaled_16s();
   printf("\n%s: %d failed check(s)\n", failures ? "DEMO FAILED" : "demo ok", failures);
   return failures ? 1 : 0;
 }

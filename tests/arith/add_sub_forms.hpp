@@ -41,6 +41,9 @@ struct Form {
   bool inPlace;
   bool scaled;
   std::function<orvStatus(const P* x, const P* y, P* dst, int len, int s)> run;
+  // Floating AddC and SubC on real vectors: a scalar of +-0 or NaN leaves
+  // the vector as it is (or copies it).
+  bool skipsZeroOrNaN = false;
 };
 
 template <typename C, typename P>
@@ -94,6 +97,11 @@ template <typename P, typename C>
 Form<P> scalarIn(const char* name, Op op, orvStatus (*f)(C, C*, int, int)) {
   return {name, op, true, int(sizeof(C) / sizeof(P)), true, true,
           [f](const P*, const P* y, P* d, int n, int s) { return f(scalarOf<C>(y), as<C>(d), n, s); }};
+}
+template <typename P, typename C>
+Form<P> scalarOut0(const char* name, Op op, orvStatus (*f)(const C*, C, C*, int)) {
+  return {name, op, true, int(sizeof(C) / sizeof(P)), false, false,
+          [f](const P* x, const P* y, P* d, int n, int) { return f(as<C>(x), scalarOf<C>(y), as<C>(d), n); }};
 }
 template <typename P, typename C>
 Form<P> scalarIn0(const char* name, Op op, orvStatus (*f)(C, C*, int)) {
@@ -169,5 +177,34 @@ inline std::vector<Form<orv32s>> forms32s() {
       ADDSUB_FORM(scalarIn, orv32s, kRevMinus, orvsSubCRev_32sc_ISfs),
   };
 }
+
+template <typename P>
+Form<P> skipping(Form<P> f) {
+  f.skipsZeroOrNaN = true;
+  return f;
+}
+
+// The floating forms of part type P (32f or 64f) and their complex forms C.
+#define ADDSUB_FLOAT_FORMS(P, C, T, TC)                                                              \
+  {                                                                                                  \
+    ADDSUB_FORM(vecOut0, P, kPlus, orvsAdd_##T), ADDSUB_FORM(vecIn0, P, kPlus, orvsAdd_##T##_I),    \
+        ADDSUB_FORM(vecOut0, P, kMinus, orvsSub_##T), ADDSUB_FORM(vecIn0, P, kMinus, orvsSub_##T##_I), \
+        ADDSUB_FORM(vecOut0, P, kPlus, orvsAdd_##TC), ADDSUB_FORM(vecIn0, P, kPlus, orvsAdd_##TC##_I), \
+        ADDSUB_FORM(vecOut0, P, kMinus, orvsSub_##TC), ADDSUB_FORM(vecIn0, P, kMinus, orvsSub_##TC##_I), \
+        skipping(ADDSUB_FORM(scalarOut0, P, kPlus, orvsAddC_##T)),                                   \
+        skipping(ADDSUB_FORM(scalarIn0, P, kPlus, orvsAddC_##T##_I)),                                \
+        skipping(ADDSUB_FORM(scalarOut0, P, kMinus, orvsSubC_##T)),                                  \
+        skipping(ADDSUB_FORM(scalarIn0, P, kMinus, orvsSubC_##T##_I)),                               \
+        ADDSUB_FORM(scalarOut0, P, kRevMinus, orvsSubCRev_##T),                                      \
+        ADDSUB_FORM(scalarIn0, P, kRevMinus, orvsSubCRev_##T##_I),                                   \
+        ADDSUB_FORM(scalarOut0, P, kPlus, orvsAddC_##TC), ADDSUB_FORM(scalarIn0, P, kPlus, orvsAddC_##TC##_I), \
+        ADDSUB_FORM(scalarOut0, P, kMinus, orvsSubC_##TC),                                           \
+        ADDSUB_FORM(scalarIn0, P, kMinus, orvsSubC_##TC##_I),                                        \
+        ADDSUB_FORM(scalarOut0, P, kRevMinus, orvsSubCRev_##TC),                                     \
+        ADDSUB_FORM(scalarIn0, P, kRevMinus, orvsSubCRev_##TC##_I),                                  \
+  }
+
+inline std::vector<Form<orv32f>> forms32f() { return ADDSUB_FLOAT_FORMS(orv32f, orv32fc, 32f, 32fc); }
+inline std::vector<Form<orv64f>> forms64f() { return ADDSUB_FLOAT_FORMS(orv64f, orv64fc, 64f, 64fc); }
 
 }  // namespace addsubtest
