@@ -1,6 +1,6 @@
 // Forward complex FFT of 32fc and 64fc data next to FFTW 3 (FFTW_MEASURE
 // plans) and KissFFT, on the same data in the same run.
-#include <benchmark/benchmark.h>
+#include "bench_common.hpp"
 
 #include <complex>
 #include <random>
@@ -8,10 +8,10 @@
 
 #include "orvspx.h"
 
-#if defined(ORVSPX_BENCH_FFTW)
+#if defined(ORVBENCH_HAVE_FFTW3F) && defined(ORVBENCH_HAVE_FFTW3)
 #include <fftw3.h>
 #endif
-#if defined(ORVSPX_BENCH_KISSFFT)
+#if defined(ORVBENCH_HAVE_KISSFFT_FLOAT)
 #include <kiss_fft.h>
 #endif
 
@@ -75,7 +75,7 @@ void BM_orvsFFTFwd_CToC_64fc(benchmark::State& state) {
   orvsFFTFree_C_64fc(ctx);
 }
 
-#if defined(ORVSPX_BENCH_FFTW)
+#if defined(ORVBENCH_HAVE_FFTW3F) && defined(ORVBENCH_HAVE_FFTW3)
 void BM_fftwf_forward(benchmark::State& state) {
   const int n = 1 << state.range(0);
   auto* in = static_cast<fftwf_complex*>(fftwf_malloc(sizeof(fftwf_complex) * n));
@@ -117,7 +117,7 @@ void BM_fftw_forward(benchmark::State& state) {
 }
 #endif
 
-#if defined(ORVSPX_BENCH_KISSFFT)
+#if defined(ORVBENCH_HAVE_KISSFFT_FLOAT)
 void BM_kissfft_forward(benchmark::State& state) {
   const int n = 1 << state.range(0);
   kiss_fft_cfg cfg = kiss_fft_alloc(n, 0, nullptr, nullptr);
@@ -136,18 +136,22 @@ void BM_kissfft_forward(benchmark::State& state) {
 }
 #endif
 
-void orders(benchmark::internal::Benchmark* b) {
-  for (int order : {6, 8, 10, 12, 14, 16, 20}) b->Arg(order);
-}
-
 }  // namespace
 
-BENCHMARK(BM_orvsFFTFwd_CToC_32fc)->Apply(orders);
-BENCHMARK(BM_orvsFFTFwd_CToC_64fc)->Apply(orders);
-#if defined(ORVSPX_BENCH_FFTW)
-BENCHMARK(BM_fftwf_forward)->Apply(orders);
-BENCHMARK(BM_fftw_forward)->Apply(orders);
+void orvbenchRegister() {
+  using orvbench::addWithArg;
+  for (int order : {6, 8, 10, 12, 14, 16, 20}) {
+    const std::int64_t n = std::int64_t{1} << order;
+    addWithArg("fft", "c2c_32fc", "orvspx", n, BM_orvsFFTFwd_CToC_32fc, order);
+    addWithArg("fft", "c2c_64fc", "orvspx", n, BM_orvsFFTFwd_CToC_64fc, order);
+#if defined(ORVBENCH_HAVE_FFTW3F) && defined(ORVBENCH_HAVE_FFTW3)
+    addWithArg("fft", "c2c_32fc", "fftw", n, BM_fftwf_forward, order);
+    addWithArg("fft", "c2c_64fc", "fftw", n, BM_fftw_forward, order);
 #endif
-#if defined(ORVSPX_BENCH_KISSFFT)
-BENCHMARK(BM_kissfft_forward)->Apply(orders);
+#if defined(ORVBENCH_HAVE_KISSFFT_FLOAT)
+    addWithArg("fft", "c2c_32fc", "kissfft", n, BM_kissfft_forward, order);
 #endif
+  }
+}
+
+ORVBENCH_MAIN()

@@ -58,9 +58,9 @@ def collect(bench_dir, reps, min_time, flt):
             if b.get("aggregate_name") != "median":
                 continue
             parts = b["run_name"].split("/")
-            if len(parts) != 4:
+            if len(parts) < 4 or not parts[3].isdigit():
                 continue  # not a named comparison case
-            area, kernel, impl, size = parts
+            area, kernel, impl, size = parts[:4]
             t = b["real_time"] * UNIT[b["time_unit"]]
             results[area][kernel].setdefault(int(size), {})[impl] = t
     return results
