@@ -2,6 +2,10 @@
 #
 # - Results must not depend on the optimiser: no fast-math, and no contraction
 #   of a multiply and an add into one fused operation (-ffp-contract=off).
+# - No basic-block SLP vectorisation (-fno-tree-slp-vectorize) with GCC: GCC 12
+#   folds a value rounded to float and widened back to double, stored as a
+#   pair, into a copy of the unrounded double, which changes results. Loop
+#   vectorisation stays on; explicit vector kernels are written by hand.
 # - Baseline x86-64 code. Kernels that use newer instruction sets compile them
 #   per function (target attributes) and choose them at run time.
 # - Only the library's own names are exported: hidden visibility by default.
@@ -24,6 +28,9 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
 endif()
 
 set(ORVSPX_FP_FLAGS -ffp-contract=off -fno-fast-math)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  list(APPEND ORVSPX_FP_FLAGS -fno-tree-slp-vectorize)
+endif()
 set(ORVSPX_WARNING_FLAGS -Wall -Wextra)
 if(ORVSPX_WERROR)
   list(APPEND ORVSPX_WARNING_FLAGS -Werror)
