@@ -417,6 +417,38 @@ ORV_API orvStatus orvsFlip_8u_I(orv8u* srcDst, int len);
 /* ---- DCT ------------------------------------------------------------------- */
 
 /* ---- Packed-spectrum arithmetic -------------------------------------------- */
+ORV_API orvStatus orvsConjCcs_16sc(const orv16sc* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConjCcs_16sc_I(orv16sc* srcDst, int len);
+ORV_API orvStatus orvsConjCcs_32fc(const orv32fc* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConjCcs_32fc_I(orv32fc* srcDst, int len);
+ORV_API orvStatus orvsConjCcs_64fc(const orv64fc* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConjCcs_64fc_I(orv64fc* srcDst, int len);
+ORV_API orvStatus orvsConjPack_16sc(const orv16s* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConjPack_16sc_I(orv16sc* srcDst, int len);
+ORV_API orvStatus orvsConjPack_32fc(const orv32f* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConjPack_32fc_I(orv32fc* srcDst, int len);
+ORV_API orvStatus orvsConjPack_64fc(const orv64f* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConjPack_64fc_I(orv64fc* srcDst, int len);
+ORV_API orvStatus orvsConjPerm_16sc(const orv16s* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConjPerm_16sc_I(orv16sc* srcDst, int len);
+ORV_API orvStatus orvsConjPerm_32fc(const orv32f* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConjPerm_32fc_I(orv32fc* srcDst, int len);
+ORV_API orvStatus orvsConjPerm_64fc(const orv64f* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConjPerm_64fc_I(orv64fc* srcDst, int len);
+ORV_API orvStatus orvsMulPackConj_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMulPackConj_64f_I(const orv64f* src, orv64f* srcDst, int len);
+ORV_API orvStatus orvsMulPack_16s_ISfs(const orv16s* src, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPack_16s_Sfs(const orv16s* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPack_32f(const orv32f* src1, const orv32f* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsMulPack_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMulPack_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int len);
+ORV_API orvStatus orvsMulPack_64f_I(const orv64f* src, orv64f* srcDst, int len);
+ORV_API orvStatus orvsMulPerm_16s_ISfs(const orv16s* src, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPerm_16s_Sfs(const orv16s* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPerm_32f(const orv32f* src1, const orv32f* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsMulPerm_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMulPerm_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int len);
+ORV_API orvStatus orvsMulPerm_64f_I(const orv64f* src, orv64f* srcDst, int len);
 
 /* ---- Goertzel -------------------------------------------------------------- */
 
