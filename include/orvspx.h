@@ -430,6 +430,24 @@ ORV_API orvStatus orvsFFTInv_CToC_64fc(const orv64fc* src, orv64fc* dst, const o
 ORV_API orvStatus orvsFFTInv_CToC_64f(const orv64f* srcRe, const orv64f* srcIm, orv64f* dstRe, orv64f* dstIm, const orvsFFTContext* context, orv8u* workBuffer);
 
 /* ---- Real FFT -------------------------------------------------------------- */
+ORV_API orvStatus orvsFFTFree_R_32f(orvsFFTContext* context);
+ORV_API orvStatus orvsFFTFree_R_64f(orvsFFTContext* context);
+ORV_API orvStatus orvsFFTFwd_RToCCS_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToCCS_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPack_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPack_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPerm_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPerm_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTGetBufSize_R_32f(const orvsFFTContext* context, int* size);
+ORV_API orvStatus orvsFFTGetBufSize_R_64f(const orvsFFTContext* context, int* size);
+ORV_API orvStatus orvsFFTInitAlloc_R_32f(orvsFFTContext** context, int order, int flag, int hint);
+ORV_API orvStatus orvsFFTInitAlloc_R_64f(orvsFFTContext** context, int order, int flag, int hint);
+ORV_API orvStatus orvsFFTInv_CCSToR_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_CCSToR_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PackToR_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PackToR_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PermToR_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PermToR_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
 
 /* ---- 16-bit FFT ------------------------------------------------------------ */
 

@@ -17,18 +17,23 @@ inline const char* layoutName(Layout l) {
   return l == Layout::Ccs ? "CCS" : (l == Layout::Pack ? "Pack" : "Perm");
 }
 
+// exp(-2 pi i m / n) for m = 0..n-1, in long double.
+inline std::vector<Cl> unitRoots(std::size_t n) {
+  const long double w = -2.0L * 3.14159265358979323846264338327950288L / (long double)n;
+  std::vector<Cl> r(n);
+  for (std::size_t m = 0; m < n; ++m) r[m] = Cl(std::cos(w * m), std::sin(w * m));
+  return r;
+}
+
 // X[k] = sum x[n] exp(-2 pi i n k / N), k = 0..N-1, in long double.
 template <typename T>
 std::vector<Cl> naiveDft(const std::vector<T>& x) {
   const std::size_t n = x.size();
-  const long double w = -2.0L * 3.14159265358979323846264338327950288L / (long double)n;
+  const auto roots = unitRoots(n);
   std::vector<Cl> out(n);
   for (std::size_t k = 0; k < n; ++k) {
     Cl acc = 0;
-    for (std::size_t j = 0; j < n; ++j) {
-      const std::size_t m = (j * k) % n;  // exact angle reduction
-      acc += (long double)x[j] * Cl(std::cos(w * m), std::sin(w * m));
-    }
+    for (std::size_t j = 0; j < n; ++j) acc += (long double)x[j] * roots[(j * k) % n];
     out[k] = acc;
   }
   return out;
