@@ -287,6 +287,31 @@ TEST(RealFftLayouts, CcsInverseIgnoresTheZeroSlots) {
   }
 }
 
+TEST(RealFftLayouts, ProductOfSpectraIsCircularConvolution) {
+  // Forward, MulPerm or MulPack, inverse with 1/N: the circular convolution.
+  for (int order = 0; order <= 10; ++order) {
+    const std::size_t n = std::size_t(1) << order;
+    Context c;
+    c.release = Real<orv64f>::release;
+    ASSERT_EQ(orvsFFTInitAlloc_R_64f(&c.ctx, order, orvScaleInverse, 0), orvOk);
+    const auto x = randomSignal<orv64f>(n, 1), y = randomSignal<orv64f>(n, 2);
+    std::vector<long double> conv(n, 0.0L);
+    for (std::size_t i = 0; i < n; ++i)
+      for (std::size_t j = 0; j < n; ++j) conv[(i + j) % n] += (long double)x[i] * y[j];
+    for (Layout l : {Layout::Perm, Layout::Pack}) {
+      std::vector<orv64f> a(n), b(n), out(n);
+      ASSERT_EQ(Real<orv64f>::fwd(l, x.data(), a.data(), c.ctx, nullptr), orvOk);
+      ASSERT_EQ(Real<orv64f>::fwd(l, y.data(), b.data(), c.ctx, nullptr), orvOk);
+      const int len = int(n);
+      ASSERT_EQ(l == Layout::Perm ? orvsMulPerm_64f_I(a.data(), b.data(), len) : orvsMulPack_64f_I(a.data(), b.data(), len),
+                orvOk);
+      ASSERT_EQ(Real<orv64f>::inv(l, b.data(), out.data(), c.ctx, nullptr), orvOk);
+      for (std::size_t i = 0; i < n; ++i)
+        EXPECT_NEAR(out[i], double(conv[i]), 1e-13 * (order + 1) * double(n)) << spectest::layoutName(l) << " order " << order;
+    }
+  }
+}
+
 // ---- Work sizes and buffers ------------------------------------------------------------
 
 TEST(RealFftWork, SizeIsThatOfTheComplexHalf) {
