@@ -543,6 +543,24 @@ ORV_API orvStatus orvsFFTInv_CToC_64fc(const orv64fc* src, orv64fc* dst, const o
 ORV_API orvStatus orvsFFTInv_CToC_64f(const orv64f* srcRe, const orv64f* srcIm, orv64f* dstRe, orv64f* dstIm, const orvsFFTContext* context, orv8u* workBuffer);
 
 /* ---- Real FFT -------------------------------------------------------------- */
+ORV_API orvStatus orvsFFTFree_R_32f(orvsFFTContext* context);
+ORV_API orvStatus orvsFFTFree_R_64f(orvsFFTContext* context);
+ORV_API orvStatus orvsFFTFwd_RToCCS_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToCCS_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPack_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPack_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPerm_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPerm_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTGetBufSize_R_32f(const orvsFFTContext* context, int* size);
+ORV_API orvStatus orvsFFTGetBufSize_R_64f(const orvsFFTContext* context, int* size);
+ORV_API orvStatus orvsFFTInitAlloc_R_32f(orvsFFTContext** context, int order, int flag, int hint);
+ORV_API orvStatus orvsFFTInitAlloc_R_64f(orvsFFTContext** context, int order, int flag, int hint);
+ORV_API orvStatus orvsFFTInv_CCSToR_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_CCSToR_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PackToR_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PackToR_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PermToR_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PermToR_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
 
 /* ---- 16-bit FFT ------------------------------------------------------------ */
 
@@ -551,6 +569,38 @@ ORV_API orvStatus orvsFFTInv_CToC_64f(const orv64f* srcRe, const orv64f* srcIm, 
 /* ---- DCT ------------------------------------------------------------------- */
 
 /* ---- Packed-spectrum arithmetic -------------------------------------------- */
+ORV_API orvStatus orvsConjCcs_16sc(const orv16sc* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConjCcs_16sc_I(orv16sc* srcDst, int len);
+ORV_API orvStatus orvsConjCcs_32fc(const orv32fc* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConjCcs_32fc_I(orv32fc* srcDst, int len);
+ORV_API orvStatus orvsConjCcs_64fc(const orv64fc* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConjCcs_64fc_I(orv64fc* srcDst, int len);
+ORV_API orvStatus orvsConjPack_16sc(const orv16s* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConjPack_16sc_I(orv16sc* srcDst, int len);
+ORV_API orvStatus orvsConjPack_32fc(const orv32f* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConjPack_32fc_I(orv32fc* srcDst, int len);
+ORV_API orvStatus orvsConjPack_64fc(const orv64f* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConjPack_64fc_I(orv64fc* srcDst, int len);
+ORV_API orvStatus orvsConjPerm_16sc(const orv16s* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConjPerm_16sc_I(orv16sc* srcDst, int len);
+ORV_API orvStatus orvsConjPerm_32fc(const orv32f* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConjPerm_32fc_I(orv32fc* srcDst, int len);
+ORV_API orvStatus orvsConjPerm_64fc(const orv64f* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConjPerm_64fc_I(orv64fc* srcDst, int len);
+ORV_API orvStatus orvsMulPackConj_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMulPackConj_64f_I(const orv64f* src, orv64f* srcDst, int len);
+ORV_API orvStatus orvsMulPack_16s_ISfs(const orv16s* src, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPack_16s_Sfs(const orv16s* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPack_32f(const orv32f* src1, const orv32f* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsMulPack_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMulPack_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int len);
+ORV_API orvStatus orvsMulPack_64f_I(const orv64f* src, orv64f* srcDst, int len);
+ORV_API orvStatus orvsMulPerm_16s_ISfs(const orv16s* src, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPerm_16s_Sfs(const orv16s* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPerm_32f(const orv32f* src1, const orv32f* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsMulPerm_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMulPerm_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int len);
+ORV_API orvStatus orvsMulPerm_64f_I(const orv64f* src, orv64f* srcDst, int len);
 
 /* ---- Goertzel -------------------------------------------------------------- */
 

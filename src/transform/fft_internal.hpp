@@ -9,8 +9,10 @@
 // every transform built on top.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "core/internal.hpp"
 #include "orvspx.h"
@@ -630,6 +632,116 @@ inline void smallKernel(int order, V src, V dst, T scaleT) {
       break;
   }
 }
+
+// ---- Context lifecycle ------------------------------------------------------
+// The steps that every 32- and 64-bit FFT context shares, complex or real:
+// creation up to the tables, release, the work size and the work memory of
+// one call.
+
+template <typename T>
+inline T& scaleOf(orvsFFTContext* ctx);
+template <>
+inline orv32f& scaleOf<orv32f>(orvsFFTContext* ctx) {
+  return ctx->scale.f32;
+}
+template <>
+inline orv64f& scaleOf<orv64f>(orvsFFTContext* ctx) {
+  return ctx->scale.f64;
+}
+template <typename T>
+inline T scaleOf(const orvsFFTContext* ctx) {
+  return scaleOf<T>(const_cast<orvsFFTContext*>(ctx));
+}
+
+// The checks of an InitAlloc up to the flag, in their order, and a
+// zero-filled context with tag, order, hint and the flag's scale for the
+// length 2^order. On success `made` holds the context, still without tables;
+// on failure nothing is left allocated.
+template <typename T>
+inline orvStatus beginContext(orvsFFTContext** context, int order, int flag, int hint, orv32s tag,
+                              orvsFFTContext*& made) {
+  if (context == nullptr) return orvErrNullPointer;
+  if (order < 0 || order > kMaxOrder) return orvErrFftOrder;
+  auto* ctx = reinterpret_cast<orvsFFTContext*>(orvsMalloc_8s(int(sizeof(orvsFFTContext))));
+  if (ctx == nullptr) return orvErrNoMemory;
+  std::memset(static_cast<void*>(ctx), 0, sizeof(orvsFFTContext));
+  const double n = std::ldexp(1.0, order);
+  switch (flag) {
+    case orvScaleNone:
+      break;
+    case orvScaleBothSqrt:
+      ctx->scaleForward = ctx->scaleInverse = 1;
+      scaleOf<T>(ctx) = T(1.0 / std::sqrt(n));
+      break;
+    case orvScaleForward:
+      ctx->scaleForward = 1;
+      scaleOf<T>(ctx) = T(1.0 / n);
+      break;
+    case orvScaleInverse:
+      ctx->scaleInverse = 1;
+      scaleOf<T>(ctx) = T(1.0 / n);
+      break;
+    default:
+      orvsFree(ctx);
+      return orvErrFftFlag;
+  }
+  ctx->tag = tag;
+  ctx->order = order;
+  ctx->hint = hint;
+  made = ctx;
+  return orvOk;
+}
+
+// Releases a context whose tables could not all be made.
+inline void abandonContext(orvsFFTContext* ctx) {
+  releaseTables(ctx);
+  orvsFree(ctx);
+}
+
+// Free of a context of the given tag.
+inline orvStatus freeContext(orvsFFTContext* ctx, orv32s tag) {
+  if (ctx == nullptr) return orvErrNullPointer;
+  if (ctx->tag != tag) return orvErrContextMismatch;
+  releaseTables(ctx);
+  ctx->tag = 0;
+  orvsFree(ctx);
+  return orvOk;
+}
+
+// GetBufSize of a context of the given tag.
+inline orvStatus getBufSize(const orvsFFTContext* ctx, orv32s tag, int* size) {
+  if (ctx == nullptr || size == nullptr) return orvErrNullPointer;
+  if (ctx->tag != tag) return orvErrContextMismatch;
+  *size = ctx->workBytes;
+  return orvOk;
+}
+
+// Work memory of one call: the caller's buffer moved up to 16 bytes, or a
+// block of its own when the caller gave none.
+class WorkArea {
+ public:
+  WorkArea(int bytes, orv8u* given) {
+    if (bytes <= 0) return;
+    if (given != nullptr) {
+      const std::uintptr_t a = (reinterpret_cast<std::uintptr_t>(given) + 15) & ~std::uintptr_t(15);
+      ptr_ = reinterpret_cast<orv8u*>(a);
+    } else {
+      owned_ = reinterpret_cast<orv8u*>(orvsMalloc_8s(bytes));
+      ptr_ = owned_;
+      failed_ = owned_ == nullptr;
+    }
+  }
+  ~WorkArea() { orvsFree(owned_); }
+  WorkArea(const WorkArea&) = delete;
+  WorkArea& operator=(const WorkArea&) = delete;
+  bool failed() const { return failed_; }
+  orv8u* get() const { return ptr_; }
+
+ private:
+  orv8u* ptr_ = nullptr;
+  orv8u* owned_ = nullptr;
+  bool failed_ = false;
+};
 
 }  // namespace fft
 }  // namespace orv
