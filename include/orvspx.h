@@ -307,6 +307,27 @@ ORV_API orvStatus orvsFlip_8u_I(orv8u* srcDst, int len);
 
 /* ---- Complex FFT ----------------------------------------------------------- */
 
+ORV_API orvStatus orvsFFTInitAlloc_C_32fc(orvsFFTContext** context, int order, int flag, int hint);
+ORV_API orvStatus orvsFFTInitAlloc_C_32f(orvsFFTContext** context, int order, int flag, int hint);
+ORV_API orvStatus orvsFFTInitAlloc_C_64fc(orvsFFTContext** context, int order, int flag, int hint);
+ORV_API orvStatus orvsFFTInitAlloc_C_64f(orvsFFTContext** context, int order, int flag, int hint);
+ORV_API orvStatus orvsFFTFree_C_32fc(orvsFFTContext* context);
+ORV_API orvStatus orvsFFTFree_C_32f(orvsFFTContext* context);
+ORV_API orvStatus orvsFFTFree_C_64fc(orvsFFTContext* context);
+ORV_API orvStatus orvsFFTFree_C_64f(orvsFFTContext* context);
+ORV_API orvStatus orvsFFTGetBufSize_C_32fc(const orvsFFTContext* context, int* size);
+ORV_API orvStatus orvsFFTGetBufSize_C_32f(const orvsFFTContext* context, int* size);
+ORV_API orvStatus orvsFFTGetBufSize_C_64fc(const orvsFFTContext* context, int* size);
+ORV_API orvStatus orvsFFTGetBufSize_C_64f(const orvsFFTContext* context, int* size);
+ORV_API orvStatus orvsFFTFwd_CToC_32fc(const orv32fc* src, orv32fc* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_CToC_32f(const orv32f* srcRe, const orv32f* srcIm, orv32f* dstRe, orv32f* dstIm, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_CToC_64fc(const orv64fc* src, orv64fc* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_CToC_64f(const orv64f* srcRe, const orv64f* srcIm, orv64f* dstRe, orv64f* dstIm, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_CToC_32fc(const orv32fc* src, orv32fc* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_CToC_32f(const orv32f* srcRe, const orv32f* srcIm, orv32f* dstRe, orv32f* dstIm, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_CToC_64fc(const orv64fc* src, orv64fc* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_CToC_64f(const orv64f* srcRe, const orv64f* srcIm, orv64f* dstRe, orv64f* dstIm, const orvsFFTContext* context, orv8u* workBuffer);
+
 /* ---- Real FFT -------------------------------------------------------------- */
 
 /* ---- 16-bit FFT ------------------------------------------------------------ */
