@@ -6,10 +6,10 @@
 
 #include "filter/filter_state.hpp"
 
-// The FFT engines are not part of this build yet: until they are, states are
-// made without an FFT path.
-#ifndef ORV_FIR_HAS_FFT
-#define ORV_FIR_HAS_FFT 0
+// The real FFT engine is not part of this build yet: until it is, states
+// with real taps are made without an FFT path.
+#ifndef ORV_FIR_HAS_REAL_FFT
+#define ORV_FIR_HAS_REAL_FFT 0
 #endif
 
 namespace orv {
@@ -25,7 +25,13 @@ namespace {
 template <FirFft P>
 struct FftOps;
 
-#if ORV_FIR_HAS_FFT
+// Whether the family's FFT engine is there to build a path with.
+template <FirFft P>
+constexpr bool kFftAvailable =
+    P == FirFft::Complex32 || P == FirFft::Complex64 ||
+    ((P == FirFft::Real32 || P == FirFft::Real64) && ORV_FIR_HAS_REAL_FFT);
+
+#if ORV_FIR_HAS_REAL_FFT
 
 template <>
 struct FftOps<FirFft::Real32> {
@@ -50,6 +56,7 @@ struct FftOps<FirFft::Real64> {
   }
   static void release(orvsFFTContext* c) { orvsFFTFree_R_64f(c); }
 };
+#endif
 
 template <>
 struct FftOps<FirFft::Complex32> {
@@ -74,7 +81,6 @@ struct FftOps<FirFft::Complex64> {
   }
   static void release(orvsFFTContext* c) { orvsFFTFree_C_64fc(c); }
 };
-#endif
 
 template <typename T>
 T zeroValue() {
@@ -229,11 +235,9 @@ void releaseFirState(orvsFIRState* s) {
   orvsFree(s->shadowTaps);
   orvsFree(s->revTaps);
   orvsFree(s->fftTaps);
-#if ORV_FIR_HAS_FFT
-  if constexpr (F::kFft != FirFft::None) {
+  if constexpr (kFftAvailable<F::kFft>) {
     if (s->fftContext != nullptr) FftOps<F::kFft>::release(s->fftContext);
   }
-#endif
   orvsFree(s);
 }
 
@@ -287,13 +291,11 @@ orvStatus failCreation(orvsFIRState** state, orvsFIRState* s) {
 
 // ---- Creation, floating taps --------------------------------------------------------
 
+// The FFT path of a long filter: the taps in natural order, zero-padded to
+// the transform length and transformed forward in place. False when any
+// step fails; what was made is then in the record for the release.
 template <typename F>
-bool buildFftPath(orvsFIRState* s, const typename F::Tap* taps) {
-#if !ORV_FIR_HAS_FFT
-  (void)s;
-  (void)taps;
-  return true;
-#else
+bool makeSpectrum(orvsFIRState* s, const typename F::Tap* taps) {
   using Ops = FftOps<F::kFft>;
   using Elem = typename Ops::Elem;
   static_assert(std::is_same<Elem, typename F::Tap>::value, "spectrum in the tap type");
@@ -309,12 +311,23 @@ bool buildFftPath(orvsFIRState* s, const typename F::Tap* taps) {
   s->fftLen = fftLen;
   for (int i = 0; i < s->tapsLen; ++i) spectrum[i] = taps[i];
   for (int i = s->tapsLen; i < fftLen; ++i) spectrum[i] = zeroValue<Elem>();
+  // The context is written only on success; a null one fails as well.
   orvsFFTContext* context = nullptr;
   const orvStatus made = Ops::init(&context, order);
   s->fftContext = context;
   if (made != orvOk || context == nullptr) return false;
   return Ops::forward(spectrum, context) == orvOk;
-#endif
+}
+
+template <typename F>
+bool buildFftPath(orvsFIRState* s, const typename F::Tap* taps) {
+  if constexpr (kFftAvailable<F::kFft>) {
+    return makeSpectrum<F>(s, taps);
+  } else {
+    (void)s;
+    (void)taps;
+    return true;
+  }
 }
 
 template <typename F>
