@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "core/test_hooks.hpp"
 #include "filter/filter_state.hpp"
 #include "orvspx.h"
 
@@ -111,44 +112,26 @@ using AllRows = ::testing::Types<Row32f, Row32fc, Row32f16s, Row32fc16sc, Row64f
 
 // Taps that every creation of the type takes as they are: floating values in
 // [-1, 1), integers that fit 0x7FFE.
-template <typename T>
-struct TapMaker;
-template <>
-struct TapMaker<orv32f> {
-  static orv32f make(std::mt19937& g) {
-    return std::uniform_real_distribution<float>(-1.0f, 1.0f)(g);
-  }
-};
-template <>
-struct TapMaker<orv64f> {
-  static orv64f make(std::mt19937& g) {
-    return std::uniform_real_distribution<double>(-1.0, 1.0)(g);
-  }
-};
-template <>
-struct TapMaker<orv32s> {
-  static orv32s make(std::mt19937& g) {
-    return std::uniform_int_distribution<orv32s>(-0x7FFE, 0x7FFE)(g);
-  }
-};
-template <>
-struct TapMaker<orv32fc> {
-  static orv32fc make(std::mt19937& g) { return {TapMaker<orv32f>::make(g), TapMaker<orv32f>::make(g)}; }
-};
-template <>
-struct TapMaker<orv64fc> {
-  static orv64fc make(std::mt19937& g) { return {TapMaker<orv64f>::make(g), TapMaker<orv64f>::make(g)}; }
-};
-template <>
-struct TapMaker<orv32sc> {
-  static orv32sc make(std::mt19937& g) { return {TapMaker<orv32s>::make(g), TapMaker<orv32s>::make(g)}; }
-};
+inline void randomTap(std::mt19937& g, orv32f& t) {
+  t = std::uniform_real_distribution<float>(-1.0f, 1.0f)(g);
+}
+inline void randomTap(std::mt19937& g, orv64f& t) {
+  t = std::uniform_real_distribution<double>(-1.0, 1.0)(g);
+}
+inline void randomTap(std::mt19937& g, orv32s& t) {
+  t = std::uniform_int_distribution<orv32s>(-0x7FFE, 0x7FFE)(g);
+}
+template <typename C>
+void randomTap(std::mt19937& g, C& t) {
+  randomTap(g, t.re);
+  randomTap(g, t.im);
+}
 
 template <typename T>
 std::vector<T> makeTaps(int n, unsigned seed) {
   std::mt19937 g(seed);
   std::vector<T> v(static_cast<std::size_t>(n));
-  for (T& x : v) x = TapMaker<T>::make(g);
+  for (T& x : v) randomTap(g, x);
   return v;
 }
 
@@ -174,6 +157,36 @@ bool allZeroBits(const T* a, std::size_t n) {
   for (std::size_t i = 0; i < n * sizeof(T); ++i)
     if (p[i] != 0) return false;
   return true;
+}
+
+// Makes the n-th allocation of a creation fail, for n = 1, 2, ... until the
+// creation gets through. Every failure must give orvErrNoMemory, a null
+// handle, and no further allocation; the sanitizer build shows that nothing
+// leaks. Returns the number of allocations of the successful creation, whose
+// state `init` keeps for the caller.
+template <typename Init>
+long driveAllocationFailures(const Init& init, const std::string& what) {
+  using orv::testing::allocationCount;
+  using orv::testing::failNthAllocation;
+  using orv::testing::resetAllocationCount;
+  for (long n = 1; n < 1000; ++n) {
+    int dummy = 0;
+    orvsFIRState* s = reinterpret_cast<orvsFIRState*>(&dummy);
+    resetAllocationCount();
+    failNthAllocation(n);
+    const orvStatus st = init(&s);
+    const long made = allocationCount();
+    failNthAllocation(0);
+    if (st == orvOk) {
+      EXPECT_EQ(made, n - 1) << what << ": succeeded though allocation " << n << " failed";
+      return made;
+    }
+    EXPECT_EQ(st, orvErrNoMemory) << what << " n " << n;
+    EXPECT_EQ(s, nullptr) << what << " n " << n;
+    EXPECT_EQ(made, n) << what << ": went on after allocation " << n << " failed";
+  }
+  ADD_FAILURE() << what << " never succeeded";
+  return -1;
 }
 
 }  // namespace firtest

@@ -65,20 +65,6 @@ TEST(FirIntegerTaps, LargeTapsAreShiftedInto16Bits) {
   }
 }
 
-TEST(FirIntegerTaps, NullFactorPointerIsRefused) {
-  const orv32s taps[2] = {1, 2};
-  orvsFIRState* s = nullptr;
-  ASSERT_EQ(orvsFIRInitAlloc32s_16s(&s, taps, 2, 0, nullptr), orvOk);
-  orv32s out[2];
-  EXPECT_EQ(orvsFIRGetTaps32s_16s(s, out, nullptr), orvErrNullPointer);
-  EXPECT_EQ(orvsFIRFree32s_16s(s), orvOk);
-  const orv32sc ctaps[1] = {{1, 2}};
-  ASSERT_EQ(orvsFIRInitAlloc32sc_16sc(&s, ctaps, 1, 0, nullptr), orvOk);
-  orv32sc cout[1];
-  EXPECT_EQ(orvsFIRGetTaps32sc_16sc(s, cout, nullptr), orvErrNullPointer);
-  EXPECT_EQ(orvsFIRFree32sc_16sc(s), orvOk);
-}
-
 TEST(FirIntegerTaps, ShadowCopyLayout) {
   // Real: each reversed tap truncated to its low 16 bits.
   const orv32s taps[4] = {1, -2, 0x7FFE, INT_MIN};
@@ -264,12 +250,18 @@ TEST(FirQuantizedTaps, FloatTapsUseTheFactorModulo128) {
   }
 }
 
-TEST(FirQuantizedTaps, FloatTapGetChecksAndTags) {
+TEST(FirIntegerTaps, GetTapsChecksAndTags) {
   const orv32s taps[1] = {1};
   orvsFIRState* s = nullptr;
   ASSERT_EQ(orvsFIRInitAlloc32s_16s(&s, taps, 1, 0, nullptr), orvOk);
   float out[1];
+  orv32s iout[1];
   orv32fc cout[1];
+  orv32sc ciout[1];
+  EXPECT_EQ(orvsFIRGetTaps32s_16s(s, iout, nullptr), orvErrNullPointer);
+  EXPECT_EQ(orvsFIRGetTaps32sc_16sc(s, ciout, nullptr), orvErrNullPointer);
+  int factor = 0;
+  EXPECT_EQ(orvsFIRGetTaps32sc_16sc(s, ciout, &factor), orvErrContextMismatch);
   EXPECT_EQ(orvsFIRGetTaps32s_16s32f(nullptr, out), orvErrNullPointer);
   EXPECT_EQ(orvsFIRGetTaps32s_16s32f(s, nullptr), orvErrNullPointer);
   EXPECT_EQ(orvsFIRGetTaps32sc_16sc32fc(s, cout), orvErrContextMismatch);
@@ -282,44 +274,27 @@ TEST(FirQuantizedTaps, FloatTapGetChecksAndTags) {
 
 // ---- Failed allocations --------------------------------------------------------------
 
-// See fir_state_test.cpp: every allocation of the creation fails in turn.
-template <typename Init>
-long countAllocationsThroughFailures(const Init& init) {
-  using orv::testing::allocationCount;
-  using orv::testing::failNthAllocation;
-  using orv::testing::resetAllocationCount;
-  for (long n = 1; n < 100; ++n) {
-    int dummy = 0;
-    orvsFIRState* s = reinterpret_cast<orvsFIRState*>(&dummy);
-    resetAllocationCount();
-    failNthAllocation(n);
-    const orvStatus st = init(&s);
-    const long made = allocationCount();
-    failNthAllocation(0);
-    if (st == orvOk) return made;
-    EXPECT_EQ(st, orvErrNoMemory) << n;
-    EXPECT_EQ(s, nullptr) << n;
-  }
-  return -1;
-}
-
 TEST(FirQuantizedTaps, EveryFailedAllocationIsReleased) {
   const float taps[5] = {0.1f, -0.2f, 0.3f, 0.4f, 0.5f};
   const orv32fc ctaps[3] = {{0.1f, -0.2f}, {0.3f, 0.4f}, {0.5f, 0.0f}};
   orvsFIRState* kept = nullptr;
   // The temporary of integers, then the record, taps, 16-bit copy and delay.
-  EXPECT_EQ(countAllocationsThroughFailures([&](orvsFIRState** s) {
-              const orvStatus st = orvsFIRInitAlloc32s_16s32f(s, taps, 5, nullptr);
-              kept = *s;
-              return st;
-            }),
+  EXPECT_EQ(driveAllocationFailures(
+                [&](orvsFIRState** s) {
+                  const orvStatus st = orvsFIRInitAlloc32s_16s32f(s, taps, 5, nullptr);
+                  kept = *s;
+                  return st;
+                },
+                "32s_16s32f"),
             5);
   EXPECT_EQ(orvsFIRFree32s_16s(kept), orvOk);
-  EXPECT_EQ(countAllocationsThroughFailures([&](orvsFIRState** s) {
-              const orvStatus st = orvsFIRInitAlloc32sc_16sc32fc(s, ctaps, 3, nullptr);
-              kept = *s;
-              return st;
-            }),
+  EXPECT_EQ(driveAllocationFailures(
+                [&](orvsFIRState** s) {
+                  const orvStatus st = orvsFIRInitAlloc32sc_16sc32fc(s, ctaps, 3, nullptr);
+                  kept = *s;
+                  return st;
+                },
+                "32sc_16sc32fc"),
             5);
   EXPECT_EQ(orvsFIRFree32sc_16sc(kept), orvOk);
 }
