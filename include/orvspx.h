@@ -238,6 +238,107 @@ ORV_API orvStatus orvsSetDenormAreZeros(int value);
 ORV_API orvStatus orvsSetFlushToZero(int value, orv32u* uMask);
 
 /* ---- Add and subtract ------------------------------------------------------ */
+ORV_API orvStatus orvsAddC_16s_I(orv16s val, orv16s* srcDst, int len);
+ORV_API orvStatus orvsAddC_16s_ISfs(orv16s val, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsAddC_16s_Sfs(const orv16s* src, orv16s val, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsAddC_16sc_ISfs(orv16sc val, orv16sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsAddC_16sc_Sfs(const orv16sc* src, orv16sc val, orv16sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsAddC_32f(const orv32f* src, orv32f val, orv32f* dst, int len);
+ORV_API orvStatus orvsAddC_32f_I(orv32f val, orv32f* srcDst, int len);
+ORV_API orvStatus orvsAddC_32fc(const orv32fc* src, orv32fc val, orv32fc* dst, int len);
+ORV_API orvStatus orvsAddC_32fc_I(orv32fc val, orv32fc* srcDst, int len);
+ORV_API orvStatus orvsAddC_32s_ISfs(orv32s val, orv32s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsAddC_32s_Sfs(const orv32s* src, orv32s val, orv32s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsAddC_32sc_ISfs(orv32sc val, orv32sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsAddC_32sc_Sfs(const orv32sc* src, orv32sc val, orv32sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsAddC_64f(const orv64f* src, orv64f val, orv64f* dst, int len);
+ORV_API orvStatus orvsAddC_64f_I(orv64f val, orv64f* srcDst, int len);
+ORV_API orvStatus orvsAddC_64fc(const orv64fc* src, orv64fc val, orv64fc* dst, int len);
+ORV_API orvStatus orvsAddC_64fc_I(orv64fc val, orv64fc* srcDst, int len);
+ORV_API orvStatus orvsAddC_8u_ISfs(orv8u val, orv8u* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsAddC_8u_Sfs(const orv8u* src, orv8u val, orv8u* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsAdd_16s(const orv16s* src1, const orv16s* src2, orv16s* dst, int len);
+ORV_API orvStatus orvsAdd_16s32f(const orv16s* src1, const orv16s* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsAdd_16s_I(const orv16s* src, orv16s* srcDst, int len);
+ORV_API orvStatus orvsAdd_16s_ISfs(const orv16s* src, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsAdd_16s_Sfs(const orv16s* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsAdd_16sc_ISfs(const orv16sc* src, orv16sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsAdd_16sc_Sfs(const orv16sc* src1, const orv16sc* src2, orv16sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsAdd_16u(const orv16u* src1, const orv16u* src2, orv16u* dst, int len);
+ORV_API orvStatus orvsAdd_32f(const orv32f* src1, const orv32f* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsAdd_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsAdd_32fc(const orv32fc* src1, const orv32fc* src2, orv32fc* dst, int len);
+ORV_API orvStatus orvsAdd_32fc_I(const orv32fc* src, orv32fc* srcDst, int len);
+ORV_API orvStatus orvsAdd_32s_ISfs(const orv32s* src, orv32s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsAdd_32s_Sfs(const orv32s* src1, const orv32s* src2, orv32s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsAdd_32sc_ISfs(const orv32sc* src, orv32sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsAdd_32sc_Sfs(const orv32sc* src1, const orv32sc* src2, orv32sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsAdd_32u(const orv32u* src1, const orv32u* src2, orv32u* dst, int len);
+ORV_API orvStatus orvsAdd_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int len);
+ORV_API orvStatus orvsAdd_64f_I(const orv64f* src, orv64f* srcDst, int len);
+ORV_API orvStatus orvsAdd_64fc(const orv64fc* src1, const orv64fc* src2, orv64fc* dst, int len);
+ORV_API orvStatus orvsAdd_64fc_I(const orv64fc* src, orv64fc* srcDst, int len);
+ORV_API orvStatus orvsAdd_8u16u(const orv8u* src1, const orv8u* src2, orv16u* dst, int len);
+ORV_API orvStatus orvsAdd_8u_ISfs(const orv8u* src, orv8u* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsAdd_8u_Sfs(const orv8u* src1, const orv8u* src2, orv8u* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubCRev_16s_ISfs(orv16s val, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubCRev_16s_Sfs(const orv16s* src, orv16s val, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubCRev_16sc_ISfs(orv16sc val, orv16sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubCRev_16sc_Sfs(const orv16sc* src, orv16sc val, orv16sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubCRev_32f(const orv32f* src, orv32f val, orv32f* dst, int len);
+ORV_API orvStatus orvsSubCRev_32f_I(orv32f val, orv32f* srcDst, int len);
+ORV_API orvStatus orvsSubCRev_32fc(const orv32fc* src, orv32fc val, orv32fc* dst, int len);
+ORV_API orvStatus orvsSubCRev_32fc_I(orv32fc val, orv32fc* srcDst, int len);
+ORV_API orvStatus orvsSubCRev_32s_ISfs(orv32s val, orv32s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubCRev_32s_Sfs(const orv32s* src, orv32s val, orv32s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubCRev_32sc_ISfs(orv32sc val, orv32sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubCRev_32sc_Sfs(const orv32sc* src, orv32sc val, orv32sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubCRev_64f(const orv64f* src, orv64f val, orv64f* dst, int len);
+ORV_API orvStatus orvsSubCRev_64f_I(orv64f val, orv64f* srcDst, int len);
+ORV_API orvStatus orvsSubCRev_64fc(const orv64fc* src, orv64fc val, orv64fc* dst, int len);
+ORV_API orvStatus orvsSubCRev_64fc_I(orv64fc val, orv64fc* srcDst, int len);
+ORV_API orvStatus orvsSubCRev_8u_ISfs(orv8u val, orv8u* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubCRev_8u_Sfs(const orv8u* src, orv8u val, orv8u* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubC_16s_I(orv16s val, orv16s* srcDst, int len);
+ORV_API orvStatus orvsSubC_16s_ISfs(orv16s val, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubC_16s_Sfs(const orv16s* src, orv16s val, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubC_16sc_ISfs(orv16sc val, orv16sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubC_16sc_Sfs(const orv16sc* src, orv16sc val, orv16sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubC_32f(const orv32f* src, orv32f val, orv32f* dst, int len);
+ORV_API orvStatus orvsSubC_32f_I(orv32f val, orv32f* srcDst, int len);
+ORV_API orvStatus orvsSubC_32fc(const orv32fc* src, orv32fc val, orv32fc* dst, int len);
+ORV_API orvStatus orvsSubC_32fc_I(orv32fc val, orv32fc* srcDst, int len);
+ORV_API orvStatus orvsSubC_32s_ISfs(orv32s val, orv32s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubC_32s_Sfs(const orv32s* src, orv32s val, orv32s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubC_32sc_ISfs(orv32sc val, orv32sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubC_32sc_Sfs(const orv32sc* src, orv32sc val, orv32sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubC_64f(const orv64f* src, orv64f val, orv64f* dst, int len);
+ORV_API orvStatus orvsSubC_64f_I(orv64f val, orv64f* srcDst, int len);
+ORV_API orvStatus orvsSubC_64fc(const orv64fc* src, orv64fc val, orv64fc* dst, int len);
+ORV_API orvStatus orvsSubC_64fc_I(orv64fc val, orv64fc* srcDst, int len);
+ORV_API orvStatus orvsSubC_8u_ISfs(orv8u val, orv8u* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSubC_8u_Sfs(const orv8u* src, orv8u val, orv8u* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSub_16s(const orv16s* src1, const orv16s* src2, orv16s* dst, int len);
+ORV_API orvStatus orvsSub_16s32f(const orv16s* src1, const orv16s* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsSub_16s_I(const orv16s* src, orv16s* srcDst, int len);
+ORV_API orvStatus orvsSub_16s_ISfs(const orv16s* src, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSub_16s_Sfs(const orv16s* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSub_16sc_ISfs(const orv16sc* src, orv16sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSub_16sc_Sfs(const orv16sc* src1, const orv16sc* src2, orv16sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSub_32f(const orv32f* src1, const orv32f* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsSub_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsSub_32fc(const orv32fc* src1, const orv32fc* src2, orv32fc* dst, int len);
+ORV_API orvStatus orvsSub_32fc_I(const orv32fc* src, orv32fc* srcDst, int len);
+ORV_API orvStatus orvsSub_32s_ISfs(const orv32s* src, orv32s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSub_32s_Sfs(const orv32s* src1, const orv32s* src2, orv32s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSub_32sc_ISfs(const orv32sc* src, orv32sc* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSub_32sc_Sfs(const orv32sc* src1, const orv32sc* src2, orv32sc* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsSub_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int len);
+ORV_API orvStatus orvsSub_64f_I(const orv64f* src, orv64f* srcDst, int len);
+ORV_API orvStatus orvsSub_64fc(const orv64fc* src1, const orv64fc* src2, orv64fc* dst, int len);
+ORV_API orvStatus orvsSub_64fc_I(const orv64fc* src, orv64fc* srcDst, int len);
+ORV_API orvStatus orvsSub_8u_ISfs(const orv8u* src, orv8u* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsSub_8u_Sfs(const orv8u* src1, const orv8u* src2, orv8u* dst, int len, int scaleFactor);
 
 /* ---- Multiply -------------------------------------------------------------- */
 
@@ -329,6 +430,24 @@ ORV_API orvStatus orvsFFTInv_CToC_64fc(const orv64fc* src, orv64fc* dst, const o
 ORV_API orvStatus orvsFFTInv_CToC_64f(const orv64f* srcRe, const orv64f* srcIm, orv64f* dstRe, orv64f* dstIm, const orvsFFTContext* context, orv8u* workBuffer);
 
 /* ---- Real FFT -------------------------------------------------------------- */
+ORV_API orvStatus orvsFFTFree_R_32f(orvsFFTContext* context);
+ORV_API orvStatus orvsFFTFree_R_64f(orvsFFTContext* context);
+ORV_API orvStatus orvsFFTFwd_RToCCS_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToCCS_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPack_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPack_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPerm_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTFwd_RToPerm_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTGetBufSize_R_32f(const orvsFFTContext* context, int* size);
+ORV_API orvStatus orvsFFTGetBufSize_R_64f(const orvsFFTContext* context, int* size);
+ORV_API orvStatus orvsFFTInitAlloc_R_32f(orvsFFTContext** context, int order, int flag, int hint);
+ORV_API orvStatus orvsFFTInitAlloc_R_64f(orvsFFTContext** context, int order, int flag, int hint);
+ORV_API orvStatus orvsFFTInv_CCSToR_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_CCSToR_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PackToR_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PackToR_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PermToR_32f(const orv32f* src, orv32f* dst, const orvsFFTContext* context, orv8u* workBuffer);
+ORV_API orvStatus orvsFFTInv_PermToR_64f(const orv64f* src, orv64f* dst, const orvsFFTContext* context, orv8u* workBuffer);
 
 /* ---- 16-bit FFT ------------------------------------------------------------ */
 
@@ -337,6 +456,38 @@ ORV_API orvStatus orvsFFTInv_CToC_64f(const orv64f* srcRe, const orv64f* srcIm, 
 /* ---- DCT ------------------------------------------------------------------- */
 
 /* ---- Packed-spectrum arithmetic -------------------------------------------- */
+ORV_API orvStatus orvsConjCcs_16sc(const orv16sc* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConjCcs_16sc_I(orv16sc* srcDst, int len);
+ORV_API orvStatus orvsConjCcs_32fc(const orv32fc* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConjCcs_32fc_I(orv32fc* srcDst, int len);
+ORV_API orvStatus orvsConjCcs_64fc(const orv64fc* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConjCcs_64fc_I(orv64fc* srcDst, int len);
+ORV_API orvStatus orvsConjPack_16sc(const orv16s* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConjPack_16sc_I(orv16sc* srcDst, int len);
+ORV_API orvStatus orvsConjPack_32fc(const orv32f* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConjPack_32fc_I(orv32fc* srcDst, int len);
+ORV_API orvStatus orvsConjPack_64fc(const orv64f* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConjPack_64fc_I(orv64fc* srcDst, int len);
+ORV_API orvStatus orvsConjPerm_16sc(const orv16s* src, orv16sc* dst, int len);
+ORV_API orvStatus orvsConjPerm_16sc_I(orv16sc* srcDst, int len);
+ORV_API orvStatus orvsConjPerm_32fc(const orv32f* src, orv32fc* dst, int len);
+ORV_API orvStatus orvsConjPerm_32fc_I(orv32fc* srcDst, int len);
+ORV_API orvStatus orvsConjPerm_64fc(const orv64f* src, orv64fc* dst, int len);
+ORV_API orvStatus orvsConjPerm_64fc_I(orv64fc* srcDst, int len);
+ORV_API orvStatus orvsMulPackConj_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMulPackConj_64f_I(const orv64f* src, orv64f* srcDst, int len);
+ORV_API orvStatus orvsMulPack_16s_ISfs(const orv16s* src, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPack_16s_Sfs(const orv16s* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPack_32f(const orv32f* src1, const orv32f* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsMulPack_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMulPack_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int len);
+ORV_API orvStatus orvsMulPack_64f_I(const orv64f* src, orv64f* srcDst, int len);
+ORV_API orvStatus orvsMulPerm_16s_ISfs(const orv16s* src, orv16s* srcDst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPerm_16s_Sfs(const orv16s* src1, const orv16s* src2, orv16s* dst, int len, int scaleFactor);
+ORV_API orvStatus orvsMulPerm_32f(const orv32f* src1, const orv32f* src2, orv32f* dst, int len);
+ORV_API orvStatus orvsMulPerm_32f_I(const orv32f* src, orv32f* srcDst, int len);
+ORV_API orvStatus orvsMulPerm_64f(const orv64f* src1, const orv64f* src2, orv64f* dst, int len);
+ORV_API orvStatus orvsMulPerm_64f_I(const orv64f* src, orv64f* srcDst, int len);
 
 /* ---- Goertzel -------------------------------------------------------------- */
 

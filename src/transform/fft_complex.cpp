@@ -31,51 +31,10 @@ struct Form<orv64f, true> {
   static constexpr orv32s kTag = kTagC_64f;
 };
 
-template <typename T>
-T& scaleOf(orvsFFTContext* ctx);
-template <>
-orv32f& scaleOf<orv32f>(orvsFFTContext* ctx) {
-  return ctx->scale.f32;
-}
-template <>
-orv64f& scaleOf<orv64f>(orvsFFTContext* ctx) {
-  return ctx->scale.f64;
-}
-template <typename T>
-T scaleOf(const orvsFFTContext* ctx) {
-  return scaleOf<T>(const_cast<orvsFFTContext*>(ctx));
-}
-
 template <typename T, bool SplitForm>
 orvStatus initAlloc(orvsFFTContext** context, int order, int flag, int hint) {
-  if (context == nullptr) return orvErrNullPointer;
-  if (order < 0 || order > kMaxOrder) return orvErrFftOrder;
-  auto* ctx = reinterpret_cast<orvsFFTContext*>(orvsMalloc_8s(int(sizeof(orvsFFTContext))));
-  if (ctx == nullptr) return orvErrNoMemory;
-  std::memset(ctx, 0, sizeof(orvsFFTContext));
-  const double n = std::ldexp(1.0, order);
-  switch (flag) {
-    case orvScaleNone:
-      break;
-    case orvScaleBothSqrt:
-      ctx->scaleForward = ctx->scaleInverse = 1;
-      scaleOf<T>(ctx) = T(1.0 / std::sqrt(n));
-      break;
-    case orvScaleForward:
-      ctx->scaleForward = 1;
-      scaleOf<T>(ctx) = T(1.0 / n);
-      break;
-    case orvScaleInverse:
-      ctx->scaleInverse = 1;
-      scaleOf<T>(ctx) = T(1.0 / n);
-      break;
-    default:
-      orvsFree(ctx);
-      return orvErrFftFlag;
-  }
-  ctx->tag = Form<T, SplitForm>::kTag;
-  ctx->order = order;
-  ctx->hint = hint;
+  orvsFFTContext* ctx = nullptr;
+  ORV_RETURN_IF_ERROR(beginContext<T>(context, order, flag, hint, Form<T, SplitForm>::kTag, ctx));
   if (order >= kFirstTableOrder) {
     // Refuse at once an order whose tables can't be had, before touching
     // any memory; the allocator would refuse one of them later anyway.
@@ -83,8 +42,7 @@ orvStatus initAlloc(orvsFFTContext** context, int order, int flag, int hint) {
     const bool built = sine != nullptr && buildComplexTables<T>(ctx, order, sine, order);
     orvsFree(sine);
     if (!built) {
-      releaseTables(ctx);
-      orvsFree(ctx);
+      abandonContext(ctx);
       return orvErrNoMemory;
     }
   }
@@ -93,21 +51,13 @@ orvStatus initAlloc(orvsFFTContext** context, int order, int flag, int hint) {
 }
 
 template <typename T, bool SplitForm>
-orvStatus freeContext(orvsFFTContext* ctx) {
-  if (ctx == nullptr) return orvErrNullPointer;
-  if (ctx->tag != Form<T, SplitForm>::kTag) return orvErrContextMismatch;
-  releaseTables(ctx);
-  ctx->tag = 0;
-  orvsFree(ctx);
-  return orvOk;
+orvStatus freeForm(orvsFFTContext* ctx) {
+  return freeContext(ctx, Form<T, SplitForm>::kTag);
 }
 
 template <typename T, bool SplitForm>
-orvStatus getBufSize(const orvsFFTContext* ctx, int* size) {
-  if (ctx == nullptr || size == nullptr) return orvErrNullPointer;
-  if (ctx->tag != Form<T, SplitForm>::kTag) return orvErrContextMismatch;
-  *size = ctx->workBytes;
-  return orvOk;
+orvStatus bufSizeForm(const orvsFFTContext* ctx, int* size) {
+  return getBufSize(ctx, Form<T, SplitForm>::kTag, size);
 }
 
 // The small kernels, chosen by direction and by whether it is scaled.
@@ -116,33 +66,6 @@ void runSmall(int order, V src, V dst, bool scaled, T scale) {
   if (scaled) smallKernel<Inv, true, T>(order, src, dst, scale);
   else smallKernel<Inv, false, T>(order, src, dst, scale);
 }
-
-// Work memory of one call: the caller's buffer moved up to 16 bytes, or a
-// block of its own when the caller gave none.
-class WorkArea {
- public:
-  WorkArea(int bytes, orv8u* given) {
-    if (bytes <= 0) return;
-    if (given != nullptr) {
-      const std::uintptr_t a = (reinterpret_cast<std::uintptr_t>(given) + 15) & ~std::uintptr_t(15);
-      ptr_ = reinterpret_cast<orv8u*>(a);
-    } else {
-      owned_ = reinterpret_cast<orv8u*>(orvsMalloc_8s(bytes));
-      ptr_ = owned_;
-      failed_ = owned_ == nullptr;
-    }
-  }
-  ~WorkArea() { orvsFree(owned_); }
-  WorkArea(const WorkArea&) = delete;
-  WorkArea& operator=(const WorkArea&) = delete;
-  bool failed() const { return failed_; }
-  orv8u* get() const { return ptr_; }
-
- private:
-  orv8u* ptr_ = nullptr;
-  orv8u* owned_ = nullptr;
-  bool failed_ = false;
-};
 
 template <bool Inv, typename T>
 orvStatus transformInterleaved(const T* src, T* dst, const orvsFFTContext* ctx, orv8u* workBuffer) {
@@ -199,8 +122,8 @@ orvStatus transformSplit(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, con
 }  // namespace fft
 }  // namespace orv
 
-using orv::fft::freeContext;
-using orv::fft::getBufSize;
+using orv::fft::bufSizeForm;
+using orv::fft::freeForm;
 using orv::fft::initAlloc;
 using orv::fft::transformInterleaved;
 using orv::fft::transformSplit;
@@ -220,22 +143,22 @@ orvStatus orvsFFTInitAlloc_C_64f(orvsFFTContext** context, int order, int flag, 
   return initAlloc<orv64f, true>(context, order, flag, hint);
 }
 
-orvStatus orvsFFTFree_C_32fc(orvsFFTContext* context) { return freeContext<orv32f, false>(context); }
-orvStatus orvsFFTFree_C_32f(orvsFFTContext* context) { return freeContext<orv32f, true>(context); }
-orvStatus orvsFFTFree_C_64fc(orvsFFTContext* context) { return freeContext<orv64f, false>(context); }
-orvStatus orvsFFTFree_C_64f(orvsFFTContext* context) { return freeContext<orv64f, true>(context); }
+orvStatus orvsFFTFree_C_32fc(orvsFFTContext* context) { return freeForm<orv32f, false>(context); }
+orvStatus orvsFFTFree_C_32f(orvsFFTContext* context) { return freeForm<orv32f, true>(context); }
+orvStatus orvsFFTFree_C_64fc(orvsFFTContext* context) { return freeForm<orv64f, false>(context); }
+orvStatus orvsFFTFree_C_64f(orvsFFTContext* context) { return freeForm<orv64f, true>(context); }
 
 orvStatus orvsFFTGetBufSize_C_32fc(const orvsFFTContext* context, int* size) {
-  return getBufSize<orv32f, false>(context, size);
+  return bufSizeForm<orv32f, false>(context, size);
 }
 orvStatus orvsFFTGetBufSize_C_32f(const orvsFFTContext* context, int* size) {
-  return getBufSize<orv32f, true>(context, size);
+  return bufSizeForm<orv32f, true>(context, size);
 }
 orvStatus orvsFFTGetBufSize_C_64fc(const orvsFFTContext* context, int* size) {
-  return getBufSize<orv64f, false>(context, size);
+  return bufSizeForm<orv64f, false>(context, size);
 }
 orvStatus orvsFFTGetBufSize_C_64f(const orvsFFTContext* context, int* size) {
-  return getBufSize<orv64f, true>(context, size);
+  return bufSizeForm<orv64f, true>(context, size);
 }
 
 orvStatus orvsFFTFwd_CToC_32fc(const orv32fc* src, orv32fc* dst, const orvsFFTContext* context,

@@ -9,8 +9,10 @@
 // every transform built on top.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "core/internal.hpp"
 #include "orvspx.h"
@@ -160,10 +162,12 @@ inline Cx operator+(Cx a, Cx b) { return {a.re + b.re, a.im + b.im}; }
 inline Cx operator-(Cx a, Cx b) { return {a.re - b.re, a.im - b.im}; }
 
 // b times the twiddle (wr, wi); the inverse direction uses the conjugate.
+// (The operand order of the sums matters only to which NaN comes out; it is
+// the order of the vector kernels.)
 template <bool Inv>
 inline Cx twiddle(Cx b, double wr, double wi) {
   if (Inv) wi = -wi;
-  return {b.re * wr - b.im * wi, b.re * wi + b.im * wr};
+  return {b.re * wr - b.im * wi, b.im * wr + b.re * wi};
 }
 
 // Multiplication by -i (forward) or +i (inverse).
@@ -176,13 +180,13 @@ inline Cx rotate(Cx b) {
 // a sum and a difference times r = sqrt(1/2).
 template <bool Inv>
 inline Cx eighth1(Cx b, double r) {
-  return Inv ? Cx{(b.re - b.im) * r, (b.re + b.im) * r} : Cx{(b.re + b.im) * r, (b.im - b.re) * r};
+  return Inv ? Cx{(b.re - b.im) * r, (b.im + b.re) * r} : Cx{(b.re + b.im) * r, (b.im - b.re) * r};
 }
 
 // Multiplication by W_8^3 (or its conjugate), likewise.
 template <bool Inv>
 inline Cx eighth3(Cx b, double r) {
-  return Inv ? Cx{-((b.re + b.im) * r), (b.re - b.im) * r}
+  return Inv ? Cx{-((b.im + b.re) * r), (b.re - b.im) * r}
              : Cx{(b.im - b.re) * r, -((b.re + b.im) * r)};
 }
 
@@ -411,11 +415,34 @@ inline void leafSplit(V x, int order, const T* tab) {
   if (order & 1) radix2Last<Inv>(x, len, tab);
 }
 
-// The leaf kernel of a data form.
-template <bool Inv, class V, typename T>
+// ---- Fast kernels -----------------------------------------------------------
+// Vector versions of the interleaved kernels (fft_fast.cpp). Each does, per
+// butterfly, the very double operations of the plain templates above, so the
+// results are bit-identical; they run only where the processor has them.
+namespace fast {
+bool available();
+template <bool Inv, typename T>
+void leafInterleaved(T* x, int order, const T* tab);
+template <bool Inv, typename T>
+void blockedPass(T* x, std::size_t n, std::size_t span, const T* pass, std::size_t stripe);
+// Twiddles four columns c..c+3 of a rows x cols matrix row by row and
+// gathers them into four interleaved work columns of `rows` elements.
+template <bool Inv, typename T>
+void gatherColumns(const T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, T* work);
+// Writes four work columns back into columns c..c+3.
+template <typename T>
+void scatterColumns(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* work);
+}  // namespace fast
+
+// The leaf kernel of a data form; `Fast` lets the vector kernels serve.
+template <bool Inv, bool Fast, class V, typename T>
 inline void leaf(V x, int order, const T* tab) {
-  if (V::kSplit) leafSplit<Inv>(x, order, tab);
-  else leafInterleaved<Inv>(x, order, tab);
+  if constexpr (V::kSplit) {
+    leafSplit<Inv>(x, order, tab);
+  } else {
+    if (Fast && fast::available()) fast::leafInterleaved<Inv>(x.p, order, tab);
+    else leafInterleaved<Inv>(x, order, tab);
+  }
 }
 
 // ---- Blocked radix-2 path -------------------------------------------------
@@ -451,41 +478,48 @@ inline void blockedPass(V x, std::size_t n, std::size_t span, const T* pass, std
 
 // The blocked path on bit-reversed data: leaves from the last block back to
 // the first, each scaled if the direction is, then the joining passes.
-template <bool Inv, class V, typename T>
+template <bool Inv, bool Fast, class V, typename T>
 inline void blockedPath(V x, int order, const orvsFFTContext* ctx, bool scaled, T scale) {
   const int leafOrder = Precision<T>::kBlockedLeafOrder;
   const std::size_t n = std::size_t(1) << order, leafLen = std::size_t(1) << leafOrder;
   const T* tab = static_cast<const T*>(ctx->leafTwiddles);
   for (std::size_t b = n / leafLen; b-- > 0;) {
-    leaf<Inv>(x.at(b * leafLen), leafOrder, tab);
+    leaf<Inv, Fast>(x.at(b * leafLen), leafOrder, tab);
     if (scaled) x.at(b * leafLen).scale(leafLen, scale);
   }
   const T* pass = static_cast<const T*>(ctx->passTwiddles);
-  for (std::size_t span = leafLen; span <= n / 2; span *= 2)
+  for (std::size_t span = leafLen; span <= n / 2; span *= 2) {
+    if constexpr (!V::kSplit) {
+      if (Fast && fast::available()) {
+        fast::blockedPass<Inv>(x.p, n, span, pass, Precision<T>::kStripe);
+        continue;
+      }
+    }
     blockedPass<Inv>(x, n, span, pass, Precision<T>::kStripe);
+  }
 }
 
 // ---- Four-step levels -----------------------------------------------------
 
-template <bool Inv, class V, typename T>
+template <bool Inv, bool Fast, class V, typename T>
 void fourStepLevel(V x, int order, int level, const orvsFFTContext* ctx, bool scaled, T scale,
                    T* work);
 
 // A block of 2^order bit-reversed elements by the path of its order, scaled
 // where the direction is.
-template <bool Inv, class V, typename T>
+template <bool Inv, bool Fast, class V, typename T>
 inline void runPath(V x, int order, int level, const orvsFFTContext* ctx, bool scaled, T scale,
                     T* work) {
   switch (pathOf<T>(order)) {
     case Path::Leaf:
-      leaf<Inv>(x, order, static_cast<const T*>(ctx->leafTwiddles));
+      leaf<Inv, Fast>(x, order, static_cast<const T*>(ctx->leafTwiddles));
       if (scaled) x.scale(std::size_t(1) << order, scale);
       break;
     case Path::Blocked:
-      blockedPath<Inv>(x, order, ctx, scaled, scale);
+      blockedPath<Inv, Fast>(x, order, ctx, scaled, scale);
       break;
     case Path::FourStep:
-      fourStepLevel<Inv>(x, order, level, ctx, scaled, scale, work);
+      fourStepLevel<Inv, Fast>(x, order, level, ctx, scaled, scale, work);
       break;
     case Path::Small:
       break;
@@ -495,22 +529,33 @@ inline void runPath(V x, int order, int level, const orvsFFTContext* ctx, bool s
 // One four-step level: rows of 2^r elements by their own path, then, four
 // columns at a time, the step twiddles and a leaf transform of length 2^s
 // over each column, gathered into interleaved work columns.
-template <bool Inv, class V, typename T>
+template <bool Inv, bool Fast, class V, typename T>
 void fourStepLevel(V x, int order, int level, const orvsFFTContext* ctx, bool scaled, T scale,
                    T* work) {
   const int s = Precision<T>::kSplit[order], r = order - s;
   const std::size_t rows = std::size_t(1) << s, cols = std::size_t(1) << r;
-  for (std::size_t p = 0; p < rows; ++p) runPath<Inv>(x.at(p * cols), r, level + 1, ctx, scaled, scale, work);
+  for (std::size_t p = 0; p < rows; ++p)
+    runPath<Inv, Fast>(x.at(p * cols), r, level + 1, ctx, scaled, scale, work);
 
   const T* step = static_cast<const T*>(ctx->stepTwiddles[level]);
   const T* colTab = static_cast<const T*>(ctx->columnTwiddles[level]);
   Interleaved<T> w[4] = {{work}, {work + 2 * rows}, {work + 4 * rows}, {work + 6 * rows}};
+  if constexpr (!V::kSplit) {
+    if (Fast && fast::available()) {
+      for (std::size_t c = 0; c < cols; c += 4, step += 8 * rows) {
+        fast::gatherColumns<Inv>(x.p, rows, cols, c, step, work);
+        for (std::size_t q = 0; q < 4; ++q) fast::leafInterleaved<Inv>(work + 2 * q * rows, s, colTab);
+        fast::scatterColumns(x.p, rows, cols, c, work);
+      }
+      return;
+    }
+  }
   for (std::size_t c = 0; c < cols; c += 4) {
     for (std::size_t p = 0; p < rows; ++p, step += 8) {
       for (std::size_t q = 0; q < 4; ++q)
         w[q].store(p, twiddle<Inv>(x.load(p * cols + c + q), step[2 * q], step[2 * q + 1]));
     }
-    for (std::size_t q = 0; q < 4; ++q) leafInterleaved<Inv>(w[q], s, colTab);
+    for (std::size_t q = 0; q < 4; ++q) leaf<Inv, Fast>(w[q], s, colTab);
     for (std::size_t p = 0; p < rows; ++p)
       for (std::size_t q = 0; q < 4; ++q) x.store(p * cols + c + q, w[q].load(p));
   }
@@ -518,10 +563,11 @@ void fourStepLevel(V x, int order, int level, const orvsFFTContext* ctx, bool sc
 
 // Everything after the reordering: the transform of bit-reversed data of
 // complex order `order` (at least 3), scaled where the direction is. `work`
-// is 16-aligned and of ctx->workBytes bytes when that is positive.
-template <bool Inv, class V, typename T>
+// is 16-aligned and of ctx->workBytes bytes when that is positive. With
+// `Fast` false only the plain templates run (the reference of the fast ones).
+template <bool Inv, bool Fast = true, class V, typename T>
 inline void runComplex(V x, int order, const orvsFFTContext* ctx, bool scaled, T scale, orv8u* work) {
-  runPath<Inv>(x, order, 0, ctx, scaled, scale, reinterpret_cast<T*>(work));
+  runPath<Inv, Fast>(x, order, 0, ctx, scaled, scale, reinterpret_cast<T*>(work));
 }
 
 // ---- Small orders ---------------------------------------------------------
@@ -586,6 +632,116 @@ inline void smallKernel(int order, V src, V dst, T scaleT) {
       break;
   }
 }
+
+// ---- Context lifecycle ------------------------------------------------------
+// The steps that every 32- and 64-bit FFT context shares, complex or real:
+// creation up to the tables, release, the work size and the work memory of
+// one call.
+
+template <typename T>
+inline T& scaleOf(orvsFFTContext* ctx);
+template <>
+inline orv32f& scaleOf<orv32f>(orvsFFTContext* ctx) {
+  return ctx->scale.f32;
+}
+template <>
+inline orv64f& scaleOf<orv64f>(orvsFFTContext* ctx) {
+  return ctx->scale.f64;
+}
+template <typename T>
+inline T scaleOf(const orvsFFTContext* ctx) {
+  return scaleOf<T>(const_cast<orvsFFTContext*>(ctx));
+}
+
+// The checks of an InitAlloc up to the flag, in their order, and a
+// zero-filled context with tag, order, hint and the flag's scale for the
+// length 2^order. On success `made` holds the context, still without tables;
+// on failure nothing is left allocated.
+template <typename T>
+inline orvStatus beginContext(orvsFFTContext** context, int order, int flag, int hint, orv32s tag,
+                              orvsFFTContext*& made) {
+  if (context == nullptr) return orvErrNullPointer;
+  if (order < 0 || order > kMaxOrder) return orvErrFftOrder;
+  auto* ctx = reinterpret_cast<orvsFFTContext*>(orvsMalloc_8s(int(sizeof(orvsFFTContext))));
+  if (ctx == nullptr) return orvErrNoMemory;
+  std::memset(static_cast<void*>(ctx), 0, sizeof(orvsFFTContext));
+  const double n = std::ldexp(1.0, order);
+  switch (flag) {
+    case orvScaleNone:
+      break;
+    case orvScaleBothSqrt:
+      ctx->scaleForward = ctx->scaleInverse = 1;
+      scaleOf<T>(ctx) = T(1.0 / std::sqrt(n));
+      break;
+    case orvScaleForward:
+      ctx->scaleForward = 1;
+      scaleOf<T>(ctx) = T(1.0 / n);
+      break;
+    case orvScaleInverse:
+      ctx->scaleInverse = 1;
+      scaleOf<T>(ctx) = T(1.0 / n);
+      break;
+    default:
+      orvsFree(ctx);
+      return orvErrFftFlag;
+  }
+  ctx->tag = tag;
+  ctx->order = order;
+  ctx->hint = hint;
+  made = ctx;
+  return orvOk;
+}
+
+// Releases a context whose tables could not all be made.
+inline void abandonContext(orvsFFTContext* ctx) {
+  releaseTables(ctx);
+  orvsFree(ctx);
+}
+
+// Free of a context of the given tag.
+inline orvStatus freeContext(orvsFFTContext* ctx, orv32s tag) {
+  if (ctx == nullptr) return orvErrNullPointer;
+  if (ctx->tag != tag) return orvErrContextMismatch;
+  releaseTables(ctx);
+  ctx->tag = 0;
+  orvsFree(ctx);
+  return orvOk;
+}
+
+// GetBufSize of a context of the given tag.
+inline orvStatus getBufSize(const orvsFFTContext* ctx, orv32s tag, int* size) {
+  if (ctx == nullptr || size == nullptr) return orvErrNullPointer;
+  if (ctx->tag != tag) return orvErrContextMismatch;
+  *size = ctx->workBytes;
+  return orvOk;
+}
+
+// Work memory of one call: the caller's buffer moved up to 16 bytes, or a
+// block of its own when the caller gave none.
+class WorkArea {
+ public:
+  WorkArea(int bytes, orv8u* given) {
+    if (bytes <= 0) return;
+    if (given != nullptr) {
+      const std::uintptr_t a = (reinterpret_cast<std::uintptr_t>(given) + 15) & ~std::uintptr_t(15);
+      ptr_ = reinterpret_cast<orv8u*>(a);
+    } else {
+      owned_ = reinterpret_cast<orv8u*>(orvsMalloc_8s(bytes));
+      ptr_ = owned_;
+      failed_ = owned_ == nullptr;
+    }
+  }
+  ~WorkArea() { orvsFree(owned_); }
+  WorkArea(const WorkArea&) = delete;
+  WorkArea& operator=(const WorkArea&) = delete;
+  bool failed() const { return failed_; }
+  orv8u* get() const { return ptr_; }
+
+ private:
+  orv8u* ptr_ = nullptr;
+  orv8u* owned_ = nullptr;
+  bool failed_ = false;
+};
 
 }  // namespace fft
 }  // namespace orv

@@ -1,0 +1,349 @@
+// AVX versions of the interleaved FFT kernels. A register holds two complex
+// values as [re0 im0 re1 im1] in double; float data are widened on loading
+// and rounded on storing, as the plain kernels do. Every lane does exactly
+// the double operations of the plain butterfly in the same order (a complex
+// product is two rounded products and one rounded sum or difference), so the
+// results are bit-identical to the plain templates.
+#include <immintrin.h>
+
+#include "transform/fft_internal.hpp"
+
+// Everything that touches vector registers is compiled for AVX and reached
+// only through the plain wrappers at the end, after the processor check.
+#pragma GCC push_options
+#pragma GCC target("avx")
+#define ORV_AVX
+#define ORV_AVX_INLINE __attribute__((always_inline)) inline
+
+namespace orv {
+namespace fft {
+namespace fast {
+namespace {
+
+using V2 = __m256d;
+
+// ---- Loads and stores of two complex values -------------------------------
+
+template <typename T>
+struct Mem;
+
+template <>
+struct Mem<double> {
+  // elements i and i+1
+  static ORV_AVX_INLINE V2 load2(const double* p) { return _mm256_loadu_pd(p); }
+  static ORV_AVX_INLINE void store2(double* p, V2 v) { _mm256_storeu_pd(p, v); }
+  // one element from each address
+  static ORV_AVX_INLINE V2 loadPair(const double* p0, const double* p1) {
+    return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(p0)), _mm_loadu_pd(p1), 1);
+  }
+  static ORV_AVX_INLINE void storePair(double* p0, double* p1, V2 v) {
+    _mm_storeu_pd(p0, _mm256_castpd256_pd128(v));
+    _mm_storeu_pd(p1, _mm256_extractf128_pd(v, 1));
+  }
+  // one element in both lanes
+  static ORV_AVX_INLINE V2 broadcast(const double* p) { return _mm256_broadcast_pd(reinterpret_cast<const __m128d*>(p)); }
+};
+
+template <>
+struct Mem<float> {
+  static ORV_AVX_INLINE __m128 load64(const float* p) {
+    return _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+  }
+  static ORV_AVX_INLINE void store64(float* p, __m128 v) {
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_castps_si128(v));
+  }
+  static ORV_AVX_INLINE V2 load2(const float* p) { return _mm256_cvtps_pd(_mm_loadu_ps(p)); }
+  static ORV_AVX_INLINE void store2(float* p, V2 v) { _mm_storeu_ps(p, _mm256_cvtpd_ps(v)); }
+  static ORV_AVX_INLINE V2 loadPair(const float* p0, const float* p1) {
+    return _mm256_cvtps_pd(_mm_movelh_ps(load64(p0), load64(p1)));
+  }
+  static ORV_AVX_INLINE void storePair(float* p0, float* p1, V2 v) {
+    const __m128 f = _mm256_cvtpd_ps(v);
+    store64(p0, f);
+    store64(p1, _mm_movehl_ps(f, f));
+  }
+  static ORV_AVX_INLINE V2 broadcast(const float* p) {
+    const __m128 f = load64(p);
+    return _mm256_cvtps_pd(_mm_movelh_ps(f, f));
+  }
+};
+
+// ---- Complex arithmetic per lane -------------------------------------------
+
+ORV_AVX_INLINE V2 swapReIm(V2 v) { return _mm256_permute_pd(v, 0x5); }
+ORV_AVX_INLINE V2 negOdd(V2 v) { return _mm256_xor_pd(v, _mm256_set_pd(-0.0, 0.0, -0.0, 0.0)); }
+ORV_AVX_INLINE V2 negEven(V2 v) { return _mm256_xor_pd(v, _mm256_set_pd(0.0, -0.0, 0.0, -0.0)); }
+
+// b times w per lane (conjugate w in the inverse direction):
+// re = br*wr - bi*wi, im = bi*wr + br*wi.
+template <bool Inv>
+ORV_AVX_INLINE V2 twiddle(V2 b, V2 w) {
+  const V2 wr = _mm256_movedup_pd(w);
+  V2 wi = _mm256_permute_pd(w, 0xF);
+  if (Inv) wi = _mm256_xor_pd(wi, _mm256_set1_pd(-0.0));
+  return _mm256_addsub_pd(_mm256_mul_pd(b, wr), _mm256_mul_pd(swapReIm(b), wi));
+}
+
+// -i*b forward, +i*b inverse
+template <bool Inv>
+ORV_AVX_INLINE V2 rotate(V2 b) {
+  return Inv ? negEven(swapReIm(b)) : negOdd(swapReIm(b));
+}
+
+// W_8 forward: ((re+im) r, (im-re) r); inverse: ((re-im) r, (re+im) r)
+template <bool Inv>
+ORV_AVX_INLINE V2 eighth1(V2 b, V2 r) {
+  if (Inv) return _mm256_mul_pd(_mm256_addsub_pd(b, swapReIm(b)), r);
+  return _mm256_mul_pd(swapReIm(_mm256_addsub_pd(swapReIm(b), b)), r);
+}
+
+// W_8^3 forward: ((im-re) r, -((re+im) r)); inverse: (-((re+im) r), (re-im) r)
+template <bool Inv>
+ORV_AVX_INLINE V2 eighth3(V2 b, V2 r) {
+  if (Inv) return negEven(_mm256_mul_pd(swapReIm(_mm256_addsub_pd(b, swapReIm(b))), r));
+  return negOdd(_mm256_mul_pd(_mm256_addsub_pd(swapReIm(b), b), r));
+}
+
+template <bool Inv>
+ORV_AVX_INLINE void combine4(V2 a, V2 b, V2 c, V2 d, V2& y0, V2& y1, V2& y2, V2& y3) {
+  const V2 apb = _mm256_add_pd(a, b), amb = _mm256_sub_pd(a, b);
+  const V2 cpd = _mm256_add_pd(c, d), cmd = _mm256_sub_pd(c, d);
+  y0 = _mm256_add_pd(apb, cpd);
+  y2 = _mm256_sub_pd(apb, cpd);
+  const V2 r = rotate<Inv>(cmd);
+  y1 = _mm256_add_pd(amb, r);
+  y3 = _mm256_sub_pd(amb, r);
+}
+
+// ---- Leaf stages ------------------------------------------------------------
+
+// Span 4, two groups at a time (len >= 8).
+template <bool Inv, typename T>
+ORV_AVX void first4(T* x, std::size_t len) {
+  using M = Mem<T>;
+  for (std::size_t g = 0; g < len; g += 8) {
+    T* p = x + 2 * g;
+    V2 y0, y1, y2, y3;
+    combine4<Inv>(M::loadPair(p, p + 8), M::loadPair(p + 2, p + 10), M::loadPair(p + 4, p + 12),
+                  M::loadPair(p + 6, p + 14), y0, y1, y2, y3);
+    M::storePair(p, p + 8, y0);
+    M::storePair(p + 2, p + 10, y1);
+    M::storePair(p + 4, p + 12, y2);
+    M::storePair(p + 6, p + 14, y3);
+  }
+}
+
+// Radix-2 span 8, two groups at a time (len >= 16).
+template <bool Inv, typename T>
+ORV_AVX void span8(T* x, std::size_t len, const T* tab) {
+  using M = Mem<T>;
+  const V2 r = _mm256_set1_pd(double(tab[6 * (len / 8)]));
+  for (std::size_t j = 0; j < 4; ++j) {
+    for (std::size_t g = 0; g < len; g += 16) {
+      T* p = x + 2 * (g + j);
+      const V2 a = M::loadPair(p, p + 16);
+      V2 b = M::loadPair(p + 8, p + 24);
+      if (j == 1) b = eighth1<Inv>(b, r);
+      else if (j == 2) b = rotate<Inv>(b);
+      else if (j == 3) b = eighth3<Inv>(b, r);
+      M::storePair(p, p + 16, _mm256_add_pd(a, b));
+      M::storePair(p + 8, p + 24, _mm256_sub_pd(a, b));
+    }
+  }
+}
+
+// Radix-4 stage of span s. Butterflies j = 0 and 1 (and all of span 16,
+// whose j = 2 is special) go two groups at a time under one twiddle, or by
+// the plain butterfly when there is one group; the rest go two adjacent j at
+// a time with their own twiddles.
+template <bool Inv, typename T>
+ORV_AVX void radix4(T* x, std::size_t len, std::size_t span, const T* tab, bool special16) {
+  using M = Mem<T>;
+  const std::size_t q = span / 4, stride = len / span;
+  const V2 r = special16 ? _mm256_set1_pd(double(tab[6 * (len / 16) + 2])) : _mm256_setzero_pd();
+  const std::size_t single = special16 ? q : 2;
+  if (span == len) {
+    if (special16) {
+      fft::radix4Stage<Inv>(Interleaved<T>{x}, len, span, tab, true);
+      return;
+    }
+    const Interleaved<T> v{x};
+    for (std::size_t j = 0; j < 2; ++j) {
+      Cx a = v.load(j), b = v.load(j + q), c = v.load(j + 2 * q), d = v.load(j + 3 * q);
+      if (j != 0) {
+        const T* w = tab + 6 * j;
+        b = fft::twiddle<Inv>(b, w[2], w[3]);
+        c = fft::twiddle<Inv>(c, w[0], w[1]);
+        d = fft::twiddle<Inv>(d, w[4], w[5]);
+      }
+      Cx y0, y1, y2, y3;
+      fft::combine4<Inv>(a, b, c, d, y0, y1, y2, y3);
+      v.store(j, y0);
+      v.store(j + q, y1);
+      v.store(j + 2 * q, y2);
+      v.store(j + 3 * q, y3);
+    }
+  } else {
+    for (std::size_t j = 0; j < single; ++j) {
+      const T* w = tab + 6 * (j * stride);
+      const V2 w1 = M::broadcast(w), w2 = M::broadcast(w + 2), w3 = M::broadcast(w + 4);
+      const int kind = j == 0 ? 0 : (special16 && j == 2 ? 2 : 1);
+      const std::size_t o = 2 * span;  // reals between two groups
+      for (std::size_t g = 0; g < len; g += 2 * span) {
+        T* p = x + 2 * (g + j);
+        const V2 a = M::loadPair(p, p + o);
+        V2 b = M::loadPair(p + 2 * q, p + 2 * q + o);
+        V2 c = M::loadPair(p + 4 * q, p + 4 * q + o);
+        V2 d = M::loadPair(p + 6 * q, p + 6 * q + o);
+        if (kind == 1) {
+          b = twiddle<Inv>(b, w2);
+          c = twiddle<Inv>(c, w1);
+          d = twiddle<Inv>(d, w3);
+        } else if (kind == 2) {
+          b = rotate<Inv>(b);
+          c = eighth1<Inv>(c, r);
+          d = eighth3<Inv>(d, r);
+        }
+        V2 y0, y1, y2, y3;
+        combine4<Inv>(a, b, c, d, y0, y1, y2, y3);
+        M::storePair(p, p + o, y0);
+        M::storePair(p + 2 * q, p + 2 * q + o, y1);
+        M::storePair(p + 4 * q, p + 4 * q + o, y2);
+        M::storePair(p + 6 * q, p + 6 * q + o, y3);
+      }
+    }
+    if (special16) return;
+  }
+  for (std::size_t j = 2; j < q; j += 2) {
+    const T* w = tab + 6 * (j * stride);
+    const T* wn = w + 6 * stride;
+    const V2 w1 = M::loadPair(w, wn), w2 = M::loadPair(w + 2, wn + 2), w3 = M::loadPair(w + 4, wn + 4);
+    for (std::size_t g = 0; g < len; g += span) {
+      T* p = x + 2 * (g + j);
+      const V2 a = M::load2(p);
+      const V2 b = twiddle<Inv>(M::load2(p + 2 * q), w2);
+      const V2 c = twiddle<Inv>(M::load2(p + 4 * q), w1);
+      const V2 d = twiddle<Inv>(M::load2(p + 6 * q), w3);
+      V2 y0, y1, y2, y3;
+      combine4<Inv>(a, b, c, d, y0, y1, y2, y3);
+      M::store2(p, y0);
+      M::store2(p + 2 * q, y1);
+      M::store2(p + 4 * q, y2);
+      M::store2(p + 6 * q, y3);
+    }
+  }
+}
+
+// The stage list of the plain interleaved kernel.
+template <bool Inv, typename T>
+ORV_AVX void leafAvx(T* x, int order, const T* tab) {
+  const std::size_t len = std::size_t(1) << order;
+  if (len < 16) {
+    fft::leafInterleaved<Inv>(Interleaved<T>{x}, order, tab);
+    return;
+  }
+  first4<Inv>(x, len);
+  std::size_t span = 16;
+  if (order & 1) {
+    span8<Inv>(x, len, tab);
+    span = 32;
+  } else {
+    radix4<Inv>(x, len, 16, tab, true);
+    span = 64;
+  }
+  for (; span <= len; span *= 4) radix4<Inv>(x, len, span, tab, false);
+}
+
+template <bool Inv, typename T>
+ORV_AVX void blockedPassAvx(T* x, std::size_t n, std::size_t span, const T* pass, std::size_t stripe) {
+  using M = Mem<T>;
+  const std::size_t stride = n / (2 * span);
+  const std::size_t half = span / 2;
+  for (std::size_t p = 0; p < half; p += stripe) {
+    for (std::size_t g = 0; g < n; g += 2 * span) {
+      for (int run = 0; run < 2; ++run) {
+        T* base = x + 2 * (g + p + (run ? half : 0));
+        for (std::size_t j = 0; j < stripe; j += 2) {
+          const T* w = pass + 2 * (p + j) * stride;
+          const V2 tw = M::loadPair(w, w + 2 * stride);
+          T* o = base + 2 * j;
+          const V2 a = M::load2(o);
+          V2 b = twiddle<Inv>(M::load2(o + 2 * span), tw);
+          if (run) b = rotate<Inv>(b);
+          M::store2(o, _mm256_add_pd(a, b));
+          M::store2(o + 2 * span, _mm256_sub_pd(a, b));
+        }
+      }
+    }
+  }
+}
+
+template <bool Inv, typename T>
+ORV_AVX void gatherAvx(const T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, T* work) {
+  using M = Mem<T>;
+  T* w0 = work;
+  T* w1 = work + 2 * rows;
+  T* w2 = work + 4 * rows;
+  T* w3 = work + 6 * rows;
+  for (std::size_t p = 0; p < rows; ++p, step += 8) {
+    const T* e = x + 2 * (p * cols + c);
+    M::storePair(w0 + 2 * p, w1 + 2 * p, twiddle<Inv>(M::load2(e), M::load2(step)));
+    M::storePair(w2 + 2 * p, w3 + 2 * p, twiddle<Inv>(M::load2(e + 4), M::load2(step + 4)));
+  }
+}
+
+}  // namespace
+#pragma GCC pop_options
+
+bool available() {
+  static const bool has = __builtin_cpu_supports("avx");
+  return has;
+}
+
+template <bool Inv, typename T>
+void leafInterleaved(T* x, int order, const T* tab) {
+  leafAvx<Inv>(x, order, tab);
+}
+
+template <bool Inv, typename T>
+void blockedPass(T* x, std::size_t n, std::size_t span, const T* pass, std::size_t stripe) {
+  blockedPassAvx<Inv>(x, n, span, pass, stripe);
+}
+
+template <bool Inv, typename T>
+void gatherColumns(const T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, T* work) {
+  gatherAvx<Inv>(x, rows, cols, c, step, work);
+}
+
+template <typename T>
+void scatterColumns(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* work) {
+  // plain element copies: nothing is computed on the way back
+  for (std::size_t p = 0; p < rows; ++p) {
+    T* e = x + 2 * (p * cols + c);
+    for (std::size_t q = 0; q < 4; ++q) {
+      e[2 * q] = work[2 * (q * rows + p)];
+      e[2 * q + 1] = work[2 * (q * rows + p) + 1];
+    }
+  }
+}
+
+template void leafInterleaved<false, float>(float*, int, const float*);
+template void leafInterleaved<true, float>(float*, int, const float*);
+template void leafInterleaved<false, double>(double*, int, const double*);
+template void leafInterleaved<true, double>(double*, int, const double*);
+template void blockedPass<false, float>(float*, std::size_t, std::size_t, const float*, std::size_t);
+template void blockedPass<true, float>(float*, std::size_t, std::size_t, const float*, std::size_t);
+template void blockedPass<false, double>(double*, std::size_t, std::size_t, const double*, std::size_t);
+template void blockedPass<true, double>(double*, std::size_t, std::size_t, const double*, std::size_t);
+template void gatherColumns<false, float>(const float*, std::size_t, std::size_t, std::size_t, const float*, float*);
+template void gatherColumns<true, float>(const float*, std::size_t, std::size_t, std::size_t, const float*, float*);
+template void gatherColumns<false, double>(const double*, std::size_t, std::size_t, std::size_t, const double*,
+                                           double*);
+template void gatherColumns<true, double>(const double*, std::size_t, std::size_t, std::size_t, const double*,
+                                          double*);
+template void scatterColumns<float>(float*, std::size_t, std::size_t, std::size_t, const float*);
+template void scatterColumns<double>(double*, std::size_t, std::size_t, std::size_t, const double*);
+
+}  // namespace fast
+}  // namespace fft
+}  // namespace orv

@@ -1,0 +1,464 @@
+// The real FFT: against the complex transform of the same data and against
+// a long-double DFT, round trips, in-place and buffer variants bit for bit,
+// the layouts, work sizes, statuses and allocation failures.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <complex>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/test_hooks.hpp"
+#include "orvspx.h"
+#include "support/test_support.hpp"
+#include "transform/spectrum_support.hpp"
+
+namespace {
+
+using spectest::Layout;
+using Cd = std::complex<double>;
+
+const int kFlags[] = {orvScaleNone, orvScaleBothSqrt, orvScaleForward, orvScaleInverse};
+const Layout kLayouts[] = {Layout::Perm, Layout::Pack, Layout::Ccs};
+
+// Forward and inverse factors of a flag at length n.
+double forwardFactor(int flag, double n) {
+  return flag == orvScaleForward ? 1 / n : (flag == orvScaleBothSqrt ? 1 / std::sqrt(n) : 1.0);
+}
+double inverseFactor(int flag, double n) {
+  return flag == orvScaleInverse ? 1 / n : (flag == orvScaleBothSqrt ? 1 / std::sqrt(n) : 1.0);
+}
+
+// ---- The names of one precision --------------------------------------------
+
+template <typename T>
+struct Real;
+
+#define REAL_NAMES(T, S, CT)                                                                     \
+  template <>                                                                                    \
+  struct Real<T> {                                                                               \
+    using C = CT;                                                                                \
+    static constexpr double kEps = sizeof(T) == 8 ? 0x1p-52 : 0x1p-23;                           \
+    static orvStatus init(orvsFFTContext** c, int o, int f) { return orvsFFTInitAlloc_R_##S(c, o, f, 0); } \
+    static orvStatus release(orvsFFTContext* c) { return orvsFFTFree_R_##S(c); }                 \
+    static orvStatus bufSize(const orvsFFTContext* c, int* s) { return orvsFFTGetBufSize_R_##S(c, s); } \
+    static orvStatus fwd(Layout l, const T* s, T* d, const orvsFFTContext* c, orv8u* w) {       \
+      return l == Layout::Perm ? orvsFFTFwd_RToPerm_##S(s, d, c, w)                              \
+                               : (l == Layout::Pack ? orvsFFTFwd_RToPack_##S(s, d, c, w)         \
+                                                    : orvsFFTFwd_RToCCS_##S(s, d, c, w));        \
+    }                                                                                            \
+    static orvStatus inv(Layout l, const T* s, T* d, const orvsFFTContext* c, orv8u* w) {       \
+      return l == Layout::Perm ? orvsFFTInv_PermToR_##S(s, d, c, w)                              \
+                               : (l == Layout::Pack ? orvsFFTInv_PackToR_##S(s, d, c, w)         \
+                                                    : orvsFFTInv_CCSToR_##S(s, d, c, w));        \
+    }                                                                                            \
+    static orvStatus initC(orvsFFTContext** c, int o, int f) { return orvsFFTInitAlloc_C_##S##c(c, o, f, 0); } \
+    static orvStatus freeC(orvsFFTContext* c) { return orvsFFTFree_C_##S##c(c); }               \
+    static orvStatus bufSizeC(const orvsFFTContext* c, int* s) { return orvsFFTGetBufSize_C_##S##c(c, s); } \
+    static orvStatus fwdC(const C* s, C* d, const orvsFFTContext* c) { return orvsFFTFwd_CToC_##S##c(s, d, c, nullptr); } \
+  };
+
+REAL_NAMES(orv32f, 32f, orv32fc)
+REAL_NAMES(orv64f, 64f, orv64fc)
+#undef REAL_NAMES
+
+template <typename T>
+std::vector<T> randomSignal(std::size_t n, unsigned seed) {
+  std::mt19937 gen(seed);
+  std::uniform_real_distribution<double> d(-1.0, 1.0);
+  std::vector<T> x(n);
+  for (auto& v : x) v = T(d(gen));
+  return x;
+}
+
+// Bin k of a layout, as a complex value (the real-only slots give 0).
+template <typename T>
+Cd binOf(Layout l, const std::vector<T>& a, std::size_t n, std::size_t k) {
+  const std::size_t h = n / 2;
+  if (l == Layout::Ccs) return {double(a[2 * k]), double(a[2 * k + 1])};
+  if (k == 0) return {double(a[0]), 0.0};
+  if (k == h) return {double(l == Layout::Perm ? a[1] : a[n - 1]), 0.0};
+  return l == Layout::Perm ? Cd(a[2 * k], a[2 * k + 1]) : Cd(a[2 * k - 1], a[2 * k]);
+}
+
+struct Context {
+  orvsFFTContext* ctx = nullptr;
+  orvStatus (*release)(orvsFFTContext*) = nullptr;
+  ~Context() {
+    if (ctx != nullptr) release(ctx);
+  }
+};
+
+// ---- Agreement with the complex transform, round trips, bit identity -------------
+
+template <typename T>
+void checkOrder(int order, int flag) {
+  using R = Real<T>;
+  using C = typename R::C;
+  const std::size_t n = std::size_t(1) << order;
+  SCOPED_TRACE("order " + std::to_string(order) + " flag " + std::to_string(flag) +
+               (sizeof(T) == 8 ? " 64f" : " 32f"));
+  const auto x = randomSignal<T>(n, unsigned(17 * order + flag));
+
+  Context real, cplx;
+  real.release = R::release;
+  cplx.release = R::freeC;
+  ASSERT_EQ(R::init(&real.ctx, order, flag), orvOk);
+  ASSERT_EQ(R::initC(&cplx.ctx, order, flag), orvOk);
+  std::vector<C> cin(n), cout(n);
+  for (std::size_t i = 0; i < n; ++i) cin[i] = {x[i], T(0)};
+  ASSERT_EQ(R::fwdC(cin.data(), cout.data(), cplx.ctx), orvOk);
+
+  int bytes = -1;
+  ASSERT_EQ(R::bufSize(real.ctx, &bytes), orvOk);
+  std::vector<orv8u> work(std::size_t(bytes) + 1);
+
+  // Both transforms round in their own ways: allow a few units of the last
+  // place per stage, relative to the size of the spectrum.
+  const double fwdScale = forwardFactor(flag, double(n));
+  const double tol = 4 * R::kEps * (order + 1) * std::sqrt(double(n)) * fwdScale + 1e-300;
+  for (Layout l : kLayouts) {
+    SCOPED_TRACE(spectest::layoutName(l));
+    const std::size_t size = spectest::layoutSize(l, n);
+    std::vector<T> spec(size, T(-7));
+    // A misaligned caller buffer in one direction, none in the other.
+    ASSERT_EQ(R::fwd(l, x.data(), spec.data(), real.ctx, work.data() + 1), orvOk);
+    double worst = 0;
+    for (std::size_t k = 0; k <= n / 2; ++k) {
+      const Cd want(cout[k].re, cout[k].im);
+      worst = std::max(worst, std::abs(binOf(l, spec, n, k) - want));
+    }
+    EXPECT_LE(worst, tol);
+    if (l == Layout::Ccs) {
+      EXPECT_EQ(spec[1], T(0));
+      if (n % 2 == 0) {
+        EXPECT_EQ(spec[n + 1], T(0));
+      }
+    }
+
+    // In place, with the array holding the layout's room: bit for bit.
+    std::vector<T> same(x);
+    same.resize(size, T(3));
+    ASSERT_EQ(R::fwd(l, same.data(), same.data(), real.ctx, nullptr), orvOk);
+    EXPECT_EQ(same, spec);
+
+    // Back: the input times N times both factors.
+    std::vector<T> back(n, T(-7));
+    ASSERT_EQ(R::inv(l, spec.data(), back.data(), real.ctx, nullptr), orvOk);
+    const double gain = double(n) * fwdScale * inverseFactor(flag, double(n));
+    double err = 0;
+    for (std::size_t i = 0; i < n; ++i) err = std::max(err, std::abs(double(back[i]) - gain * double(x[i])));
+    EXPECT_LE(err, 8 * R::kEps * (order + 1) * gain * std::max(1.0, std::sqrt(double(n)) * fwdScale));
+
+    std::vector<T> backSame(spec);
+    ASSERT_EQ(R::inv(l, backSame.data(), backSame.data(), real.ctx, work.data() + 3), orvOk);
+    backSame.resize(n);
+    EXPECT_EQ(backSame, back);
+  }
+}
+
+// Every flag up to order 13; above, one flag per order in turn, so that the
+// largest orders stay quick.
+class RealFftOrders : public ::testing::TestWithParam<int> {};
+
+TEST_P(RealFftOrders, AgreeWithComplexTransformAndRoundTrip) {
+  const int order = GetParam();
+  for (int f = 0; f < 4; ++f) {
+    if (order > 13 && f != order % 4) continue;
+    checkOrder<orv32f>(order, kFlags[f]);
+    checkOrder<orv64f>(order, kFlags[(f + 1) % 4]);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, RealFftOrders, ::testing::Range(0, 21));
+
+// ---- Against a long-double DFT -------------------------------------------------------
+
+// Forward against the DFT and inverse against the inverse DFT of an
+// arbitrary layout (N times the signal, unscaled), orders 0 to 9. This does
+// not lean on the complex transform, and reaches the small kernels, the leaf
+// and the blocked path of the half.
+template <typename T>
+void checkAgainstDft(int order) {
+  using R = Real<T>;
+  const std::size_t n = std::size_t(1) << order;
+  SCOPED_TRACE("order " + std::to_string(order) + (sizeof(T) == 8 ? " 64f" : " 32f"));
+  Context c;
+  c.release = R::release;
+  ASSERT_EQ(R::init(&c.ctx, order, orvScaleNone), orvOk);
+  const auto x = randomSignal<T>(n, unsigned(order));
+  const auto X = spectest::naiveDft(x);
+  const double tol = 4 * R::kEps * (order + 1) * std::sqrt(double(n));
+  for (Layout l : kLayouts) {
+    std::vector<T> spec(spectest::layoutSize(l, n));
+    ASSERT_EQ(R::fwd(l, x.data(), spec.data(), c.ctx, nullptr), orvOk);
+    for (std::size_t k = 0; k <= n / 2; ++k) {
+      const Cd want(double(X[k].real()), double(X[k].imag()));
+      EXPECT_LE(std::abs(binOf(l, spec, n, k) - want), tol) << spectest::layoutName(l) << " k=" << k;
+    }
+  }
+  // Inverse of a random spectrum: x[j] = sum over k of X[k] e^(+2 pi i jk/N)
+  // with X[N-k] = conj(X[k]); bin 0 and N/2 real.
+  const auto re = randomSignal<double>(n / 2 + 1, 99u + unsigned(order));
+  const auto im = randomSignal<double>(n / 2 + 1, 199u + unsigned(order));
+  std::vector<std::complex<double>> bins(n / 2 + 1);
+  for (std::size_t k = 0; k <= n / 2; ++k) {
+    const bool realBin = k == 0 || 2 * k == n;
+    bins[k] = {double(T(re[k])), realBin ? 0.0 : double(T(im[k]))};
+  }
+  std::vector<long double> want(n, 0.0L);
+  const auto roots = spectest::unitRoots(n);
+  for (std::size_t j = 0; j < n; ++j) {
+    for (std::size_t k = 0; k < n; ++k) {
+      const std::size_t kk = k <= n / 2 ? k : n - k;
+      const spectest::Cl b(bins[kk].real(), k <= n / 2 ? bins[kk].imag() : -bins[kk].imag());
+      want[j] += (b * std::conj(roots[(j * k) % n])).real();
+    }
+  }
+  for (Layout l : kLayouts) {
+    const auto spec = spectest::packLayout<T>(l, bins, n);
+    std::vector<T> out(n);
+    ASSERT_EQ(R::inv(l, spec.data(), out.data(), c.ctx, nullptr), orvOk);
+    for (std::size_t j = 0; j < n; ++j)
+      EXPECT_NEAR(double(out[j]), double(want[j]), tol) << spectest::layoutName(l) << " j=" << j;
+  }
+}
+
+TEST(RealFftDft, ForwardAndInverseMatchTheDefinition) {
+  for (int order = 0; order <= 9; ++order) {
+    checkAgainstDft<orv32f>(order);
+    checkAgainstDft<orv64f>(order);
+  }
+  checkAgainstDft<orv64f>(11);  // the blocked path of the 64-bit half
+}
+
+// ---- Layout details ---------------------------------------------------------------------
+
+TEST(RealFftLayouts, SmallestOrdersExactOnIntegers) {
+  // Order 2, x = (1, 2, 3, 4): X0 = 10, X1 = -2 + 2i, X2 = -2.
+  Context c;
+  c.release = Real<orv64f>::release;
+  ASSERT_EQ(orvsFFTInitAlloc_R_64f(&c.ctx, 2, orvScaleNone, 0), orvOk);
+  const orv64f x[4] = {1, 2, 3, 4};
+  orv64f perm[4], pack[4], ccs[6];
+  ASSERT_EQ(orvsFFTFwd_RToPerm_64f(x, perm, c.ctx, nullptr), orvOk);
+  ASSERT_EQ(orvsFFTFwd_RToPack_64f(x, pack, c.ctx, nullptr), orvOk);
+  ASSERT_EQ(orvsFFTFwd_RToCCS_64f(x, ccs, c.ctx, nullptr), orvOk);
+  EXPECT_EQ(std::vector<double>(perm, perm + 4), (std::vector<double>{10, -2, -2, 2}));
+  EXPECT_EQ(std::vector<double>(pack, pack + 4), (std::vector<double>{10, -2, 2, -2}));
+  EXPECT_EQ(std::vector<double>(ccs, ccs + 6), (std::vector<double>{10, 0, -2, 2, -2, 0}));
+
+  // Order 0 and 1: Pack and Perm are one; CCS gets its zero slots.
+  for (int order : {0, 1}) {
+    Context d;
+    d.release = Real<orv32f>::release;
+    ASSERT_EQ(orvsFFTInitAlloc_R_32f(&d.ctx, order, orvScaleForward, 0), orvOk);
+    const orv32f y[2] = {3, 5};
+    orv32f p[2] = {9, 9}, k[4] = {9, 9, 9, 9};
+    ASSERT_EQ(orvsFFTFwd_RToPack_32f(y, p, d.ctx, nullptr), orvOk);
+    ASSERT_EQ(orvsFFTFwd_RToCCS_32f(y, k, d.ctx, nullptr), orvOk);
+    if (order == 0) {
+      EXPECT_EQ(p[0], 3.0f);
+      EXPECT_EQ(p[1], 9.0f);
+      EXPECT_EQ(std::vector<float>(k, k + 4), (std::vector<float>{3, 0, 9, 9}));
+    } else {
+      EXPECT_EQ(std::vector<float>(p, p + 2), (std::vector<float>{4, -1}));
+      EXPECT_EQ(std::vector<float>(k, k + 4), (std::vector<float>{4, 0, -1, 0}));
+    }
+  }
+}
+
+TEST(RealFftLayouts, CcsInverseIgnoresTheZeroSlots) {
+  for (int order : {0, 1, 3, 4, 6}) {
+    const std::size_t n = std::size_t(1) << order;
+    Context c;
+    c.release = Real<orv64f>::release;
+    ASSERT_EQ(orvsFFTInitAlloc_R_64f(&c.ctx, order, orvScaleInverse, 0), orvOk);
+    const auto x = randomSignal<orv64f>(n, 5);
+    std::vector<orv64f> ccs(n + 2), clean(n), junk(n);
+    ASSERT_EQ(orvsFFTFwd_RToCCS_64f(x.data(), ccs.data(), c.ctx, nullptr), orvOk);
+    ASSERT_EQ(orvsFFTInv_CCSToR_64f(ccs.data(), clean.data(), c.ctx, nullptr), orvOk);
+    ccs[1] = 1e6;
+    ccs[n + 1] = -3e5;
+    ASSERT_EQ(orvsFFTInv_CCSToR_64f(ccs.data(), junk.data(), c.ctx, nullptr), orvOk);
+    EXPECT_EQ(clean, junk) << "order " << order;
+  }
+}
+
+TEST(RealFftLayouts, ProductOfSpectraIsCircularConvolution) {
+  // Forward, MulPerm or MulPack, inverse with 1/N: the circular convolution.
+  for (int order = 0; order <= 10; ++order) {
+    const std::size_t n = std::size_t(1) << order;
+    Context c;
+    c.release = Real<orv64f>::release;
+    ASSERT_EQ(orvsFFTInitAlloc_R_64f(&c.ctx, order, orvScaleInverse, 0), orvOk);
+    const auto x = randomSignal<orv64f>(n, 1), y = randomSignal<orv64f>(n, 2);
+    std::vector<long double> conv(n, 0.0L);
+    for (std::size_t i = 0; i < n; ++i)
+      for (std::size_t j = 0; j < n; ++j) conv[(i + j) % n] += (long double)x[i] * y[j];
+    for (Layout l : {Layout::Perm, Layout::Pack}) {
+      std::vector<orv64f> a(n), b(n), out(n);
+      ASSERT_EQ(Real<orv64f>::fwd(l, x.data(), a.data(), c.ctx, nullptr), orvOk);
+      ASSERT_EQ(Real<orv64f>::fwd(l, y.data(), b.data(), c.ctx, nullptr), orvOk);
+      const int len = int(n);
+      ASSERT_EQ(l == Layout::Perm ? orvsMulPerm_64f_I(a.data(), b.data(), len) : orvsMulPack_64f_I(a.data(), b.data(), len),
+                orvOk);
+      ASSERT_EQ(Real<orv64f>::inv(l, b.data(), out.data(), c.ctx, nullptr), orvOk);
+      for (std::size_t i = 0; i < n; ++i)
+        EXPECT_NEAR(out[i], double(conv[i]), 1e-13 * (order + 1) * double(n)) << spectest::layoutName(l) << " order " << order;
+    }
+  }
+}
+
+// ---- Work sizes and buffers ------------------------------------------------------------
+
+TEST(RealFftWork, SizeIsThatOfTheComplexHalf) {
+  for (int order = 0; order <= 20; ++order) {
+    Context r32, r64, c32, c64;
+    r32.release = Real<orv32f>::release;
+    r64.release = Real<orv64f>::release;
+    c32.release = Real<orv32f>::freeC;
+    c64.release = Real<orv64f>::freeC;
+    ASSERT_EQ(orvsFFTInitAlloc_R_32f(&r32.ctx, order, orvScaleNone, 0), orvOk);
+    ASSERT_EQ(orvsFFTInitAlloc_R_64f(&r64.ctx, order, orvScaleNone, 0), orvOk);
+    int a = -1, b = -1, ca = 0, cb = 0;
+    ASSERT_EQ(orvsFFTGetBufSize_R_32f(r32.ctx, &a), orvOk);
+    ASSERT_EQ(orvsFFTGetBufSize_R_64f(r64.ctx, &b), orvOk);
+    if (order >= 4) {
+      ASSERT_EQ(orvsFFTInitAlloc_C_32fc(&c32.ctx, order - 1, orvScaleNone, 0), orvOk);
+      ASSERT_EQ(orvsFFTInitAlloc_C_64fc(&c64.ctx, order - 1, orvScaleNone, 0), orvOk);
+      ASSERT_EQ(orvsFFTGetBufSize_C_32fc(c32.ctx, &ca), orvOk);
+      ASSERT_EQ(orvsFFTGetBufSize_C_64fc(c64.ctx, &cb), orvOk);
+    }
+    EXPECT_EQ(a, ca) << "order " << order;
+    EXPECT_EQ(b, cb) << "order " << order;
+  }
+  // The first orders off the leaf path of the half.
+  const struct {
+    int order, bytes32, bytes64;
+  } rows[] = {{10, 0, 0}, {11, 0, 16}, {12, 16, 16}};
+  for (const auto& r : rows) {
+    Context a, b;
+    a.release = Real<orv32f>::release;
+    b.release = Real<orv64f>::release;
+    int s32 = -1, s64 = -1;
+    ASSERT_EQ(orvsFFTInitAlloc_R_32f(&a.ctx, r.order, orvScaleNone, 0), orvOk);
+    ASSERT_EQ(orvsFFTInitAlloc_R_64f(&b.ctx, r.order, orvScaleNone, 0), orvOk);
+    ASSERT_EQ(orvsFFTGetBufSize_R_32f(a.ctx, &s32), orvOk);
+    ASSERT_EQ(orvsFFTGetBufSize_R_64f(b.ctx, &s64), orvOk);
+    EXPECT_EQ(s32, r.bytes32) << r.order;
+    EXPECT_EQ(s64, r.bytes64) << r.order;
+  }
+}
+
+TEST(RealFftWork, BufferUntouchedBelowOrderFourAndNoAllocation) {
+  for (int order = 0; order < 4; ++order) {
+    Context c;
+    c.release = Real<orv32f>::release;
+    ASSERT_EQ(orvsFFTInitAlloc_R_32f(&c.ctx, order, orvScaleBothSqrt, 0), orvOk);
+    orvtest::Guarded<orv8u> work(64);
+    std::vector<orv32f> x(8, 1.0f), y(10);
+    orv::testing::failNthAllocation(1);  // any allocation would fail the call
+    EXPECT_EQ(orvsFFTFwd_RToCCS_32f(x.data(), y.data(), c.ctx, work.data()), orvOk);
+    EXPECT_EQ(orvsFFTInv_PackToR_32f(y.data(), x.data(), c.ctx, nullptr), orvOk);
+    orv::testing::failNthAllocation(0);
+    EXPECT_TRUE(work.untouched());
+  }
+}
+
+TEST(RealFftWork, FailedInternalBufferReportsNoMemoryBeforeTouchingData) {
+  Context c;
+  c.release = Real<orv64f>::release;
+  ASSERT_EQ(orvsFFTInitAlloc_R_64f(&c.ctx, 12, orvScaleNone, 0), orvOk);
+  std::vector<orv64f> x(4096, 2.0), y(4096, -1.0);
+  orv::testing::failNthAllocation(1);
+  EXPECT_EQ(orvsFFTFwd_RToPerm_64f(x.data(), y.data(), c.ctx, nullptr), orvErrNoMemory);
+  orv::testing::failNthAllocation(1);
+  EXPECT_EQ(orvsFFTInv_PermToR_64f(x.data(), y.data(), c.ctx, nullptr), orvErrNoMemory);
+  orv::testing::failNthAllocation(0);
+  EXPECT_EQ(y, std::vector<orv64f>(4096, -1.0));
+}
+
+// ---- Statuses and memory -------------------------------------------------------------------
+
+TEST(RealFftStatus, ChecksInOrder) {
+  orvsFFTContext* ctx = nullptr;
+  EXPECT_EQ(orvsFFTInitAlloc_R_32f(nullptr, 5, orvScaleNone, 0), orvErrNullPointer);
+  EXPECT_EQ(orvsFFTInitAlloc_R_32f(&ctx, -1, 3, 0), orvErrFftOrder);
+  EXPECT_EQ(orvsFFTInitAlloc_R_64f(&ctx, 31, orvScaleNone, 0), orvErrFftOrder);
+  EXPECT_EQ(orvsFFTInitAlloc_R_64f(&ctx, 5, 3, 0), orvErrFftFlag);
+  EXPECT_EQ(orvsFFTInitAlloc_R_64f(&ctx, 5, 0, 0), orvErrFftFlag);
+  EXPECT_EQ(ctx, nullptr);
+
+  Context real, cplx, real64;
+  real.release = Real<orv32f>::release;
+  cplx.release = Real<orv32f>::freeC;
+  real64.release = Real<orv64f>::release;
+  ASSERT_EQ(orvsFFTInitAlloc_R_32f(&real.ctx, 5, orvScaleNone, 7), orvOk);
+  ASSERT_EQ(orvsFFTInitAlloc_C_32fc(&cplx.ctx, 5, orvScaleNone, 0), orvOk);
+  ASSERT_EQ(orvsFFTInitAlloc_R_64f(&real64.ctx, 5, orvScaleNone, 0), orvOk);
+  std::vector<orv32f> v(34);
+  int size = 0;
+  // Null context first, then the tag, then the data pointers.
+  EXPECT_EQ(orvsFFTFwd_RToPerm_32f(v.data(), v.data(), nullptr, nullptr), orvErrNullPointer);
+  EXPECT_EQ(orvsFFTFwd_RToPerm_32f(nullptr, v.data(), cplx.ctx, nullptr), orvErrContextMismatch);
+  EXPECT_EQ(orvsFFTInv_CCSToR_32f(nullptr, nullptr, real64.ctx, nullptr), orvErrContextMismatch);
+  EXPECT_EQ(orvsFFTFwd_RToCCS_32f(v.data(), nullptr, real.ctx, nullptr), orvErrNullPointer);
+  EXPECT_EQ(orvsFFTInv_PackToR_32f(nullptr, v.data(), real.ctx, nullptr), orvErrNullPointer);
+  EXPECT_EQ(orvsFFTGetBufSize_R_32f(real.ctx, nullptr), orvErrNullPointer);
+  EXPECT_EQ(orvsFFTGetBufSize_R_32f(cplx.ctx, &size), orvErrContextMismatch);
+  EXPECT_EQ(orvsFFTGetBufSize_C_32fc(real.ctx, &size), orvErrContextMismatch);
+  EXPECT_EQ(orvsFFTFree_R_32f(nullptr), orvErrNullPointer);
+  EXPECT_EQ(orvsFFTFree_R_32f(cplx.ctx), orvErrContextMismatch);
+  EXPECT_EQ(orvsFFTFree_R_64f(real.ctx), orvErrContextMismatch);
+  // The contexts are intact after the refused calls.
+  EXPECT_EQ(orvsFFTFwd_RToPerm_32f(v.data(), v.data(), real.ctx, nullptr), orvOk);
+}
+
+TEST(RealFftMemory, TopOrdersFailFastWithoutLargeRequests) {
+  orvsFFTContext* ctx = nullptr;
+  orv::testing::resetAllocationCount();
+  EXPECT_EQ(orvsFFTInitAlloc_R_64f(&ctx, 30, orvScaleNone, 0), orvErrNoMemory);
+  EXPECT_EQ(orvsFFTInitAlloc_R_64f(&ctx, 29, orvScaleNone, 0), orvErrNoMemory);
+  EXPECT_EQ(orvsFFTInitAlloc_R_32f(&ctx, 30, orvScaleNone, 0), orvErrNoMemory);
+  EXPECT_EQ(ctx, nullptr);
+  EXPECT_LE(orv::testing::allocationCount(), 3);  // the context blocks only
+}
+
+TEST(RealFftMemory, EveryAllocationFailureOfInitAllocReportsNoMemory) {
+  for (int order : {4, 11, 14}) {
+    for (long nth = 1;; ++nth) {
+      orvsFFTContext* ctx = nullptr;
+      orv::testing::failNthAllocation(nth);
+      const orvStatus st = orvsFFTInitAlloc_R_32f(&ctx, order, orvScaleForward, 0);
+      orv::testing::failNthAllocation(0);
+      if (st == orvOk) {
+        ASSERT_NE(ctx, nullptr);
+        EXPECT_EQ(orvsFFTFree_R_32f(ctx), orvOk);
+        EXPECT_GT(nth, 3) << "order " << order;
+        break;
+      }
+      ASSERT_EQ(st, orvErrNoMemory) << "order " << order << " allocation " << nth;
+      ASSERT_EQ(ctx, nullptr);
+    }
+  }
+}
+
+TEST(RealFftSpecialValues, NaNPropagatesWithoutComplaint) {
+  // x[0] enters every bin of the half transform without a multiplication;
+  // the two real ends and every unpacked pair see it.
+  Context c;
+  c.release = Real<orv32f>::release;
+  ASSERT_EQ(orvsFFTInitAlloc_R_32f(&c.ctx, 6, orvScaleNone, 0), orvOk);
+  std::vector<orv32f> x(64, 1.0f), y(64);
+  x[0] = NAN;
+  ASSERT_EQ(orvsFFTFwd_RToPerm_32f(x.data(), y.data(), c.ctx, nullptr), orvOk);
+  for (std::size_t i = 0; i < y.size(); ++i) {
+    if (i == 33) continue;  // the imaginary part of bin N/4 only
+    EXPECT_TRUE(std::isnan(y[i])) << i;
+  }
+}
+
+}  // namespace
