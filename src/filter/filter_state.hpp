@@ -147,6 +147,60 @@ using Fir64f16s = FirFamily<orv64f, orv16s, tagOf("FI25"), tagOf("FI27"), FirFft
 using Fir64fc16sc =
     FirFamily<orv64fc, orv16sc, tagOf("FI26"), tagOf("FI28"), FirFft::Complex64, 0>;
 
+// The transform of a family's FFT path, in the taps' precision: made with
+// flag orvScaleInverse (forward unscaled, inverse divided by the length) and
+// hint 0. Elem is the element of the spectrum, the tap type itself.
+template <FirFft P>
+struct FirFftEngine;
+
+template <>
+struct FirFftEngine<FirFft::Real32> {
+  using Elem = orv32f;
+  static orvStatus init(orvsFFTContext** c, int order) {
+    return orvsFFTInitAlloc_R_32f(c, order, orvScaleInverse, 0);
+  }
+  static orvStatus forward(const Elem* src, Elem* dst, const orvsFFTContext* c) {
+    return orvsFFTFwd_RToPerm_32f(src, dst, c, nullptr);
+  }
+  static void release(orvsFFTContext* c) { orvsFFTFree_R_32f(c); }
+};
+
+template <>
+struct FirFftEngine<FirFft::Real64> {
+  using Elem = orv64f;
+  static orvStatus init(orvsFFTContext** c, int order) {
+    return orvsFFTInitAlloc_R_64f(c, order, orvScaleInverse, 0);
+  }
+  static orvStatus forward(const Elem* src, Elem* dst, const orvsFFTContext* c) {
+    return orvsFFTFwd_RToPerm_64f(src, dst, c, nullptr);
+  }
+  static void release(orvsFFTContext* c) { orvsFFTFree_R_64f(c); }
+};
+
+template <>
+struct FirFftEngine<FirFft::Complex32> {
+  using Elem = orv32fc;
+  static orvStatus init(orvsFFTContext** c, int order) {
+    return orvsFFTInitAlloc_C_32fc(c, order, orvScaleInverse, 0);
+  }
+  static orvStatus forward(const Elem* src, Elem* dst, const orvsFFTContext* c) {
+    return orvsFFTFwd_CToC_32fc(src, dst, c, nullptr);
+  }
+  static void release(orvsFFTContext* c) { orvsFFTFree_C_32fc(c); }
+};
+
+template <>
+struct FirFftEngine<FirFft::Complex64> {
+  using Elem = orv64fc;
+  static orvStatus init(orvsFFTContext** c, int order) {
+    return orvsFFTInitAlloc_C_64fc(c, order, orvScaleInverse, 0);
+  }
+  static orvStatus forward(const Elem* src, Elem* dst, const orvsFFTContext* c) {
+    return orvsFFTFwd_CToC_64fc(src, dst, c, nullptr);
+  }
+  static void release(orvsFFTContext* c) { orvsFFTFree_C_64fc(c); }
+};
+
 // Typed views of the record's buffers.
 template <typename F>
 inline typename F::Tap* firRevTaps(const orvsFIRState* s) {

@@ -6,81 +6,10 @@
 
 #include "filter/filter_state.hpp"
 
-// The real FFT engine is not part of this build yet: until it is, states
-// with real taps are made without an FFT path.
-#ifndef ORV_FIR_HAS_REAL_FFT
-#define ORV_FIR_HAS_REAL_FFT 0
-#endif
-
 namespace orv {
 namespace filter {
 
-// ---- FFT engines of the FFT path ---------------------------------------------------
-
 namespace {
-
-// The transform a family's FFT path is made with: forward unscaled, inverse
-// divided by the length (flag orvScaleInverse), hint 0, in the taps' own
-// precision. Elem is the element of the spectrum array.
-template <FirFft P>
-struct FftOps;
-
-// Whether the family's FFT engine is there to build a path with.
-template <FirFft P>
-constexpr bool kFftAvailable =
-    P == FirFft::Complex32 || P == FirFft::Complex64 ||
-    ((P == FirFft::Real32 || P == FirFft::Real64) && ORV_FIR_HAS_REAL_FFT);
-
-#if ORV_FIR_HAS_REAL_FFT
-
-template <>
-struct FftOps<FirFft::Real32> {
-  using Elem = orv32f;
-  static orvStatus init(orvsFFTContext** c, int order) {
-    return orvsFFTInitAlloc_R_32f(c, order, orvScaleInverse, 0);
-  }
-  static orvStatus forward(Elem* data, const orvsFFTContext* c) {
-    return orvsFFTFwd_RToPerm_32f(data, data, c, nullptr);
-  }
-  static void release(orvsFFTContext* c) { orvsFFTFree_R_32f(c); }
-};
-
-template <>
-struct FftOps<FirFft::Real64> {
-  using Elem = orv64f;
-  static orvStatus init(orvsFFTContext** c, int order) {
-    return orvsFFTInitAlloc_R_64f(c, order, orvScaleInverse, 0);
-  }
-  static orvStatus forward(Elem* data, const orvsFFTContext* c) {
-    return orvsFFTFwd_RToPerm_64f(data, data, c, nullptr);
-  }
-  static void release(orvsFFTContext* c) { orvsFFTFree_R_64f(c); }
-};
-#endif
-
-template <>
-struct FftOps<FirFft::Complex32> {
-  using Elem = orv32fc;
-  static orvStatus init(orvsFFTContext** c, int order) {
-    return orvsFFTInitAlloc_C_32fc(c, order, orvScaleInverse, 0);
-  }
-  static orvStatus forward(Elem* data, const orvsFFTContext* c) {
-    return orvsFFTFwd_CToC_32fc(data, data, c, nullptr);
-  }
-  static void release(orvsFFTContext* c) { orvsFFTFree_C_32fc(c); }
-};
-
-template <>
-struct FftOps<FirFft::Complex64> {
-  using Elem = orv64fc;
-  static orvStatus init(orvsFFTContext** c, int order) {
-    return orvsFFTInitAlloc_C_64fc(c, order, orvScaleInverse, 0);
-  }
-  static orvStatus forward(Elem* data, const orvsFFTContext* c) {
-    return orvsFFTFwd_CToC_64fc(data, data, c, nullptr);
-  }
-  static void release(orvsFFTContext* c) { orvsFFTFree_C_64fc(c); }
-};
 
 template <typename T>
 T zeroValue() {
@@ -235,8 +164,8 @@ void releaseFirState(orvsFIRState* s) {
   orvsFree(s->shadowTaps);
   orvsFree(s->revTaps);
   orvsFree(s->fftTaps);
-  if constexpr (kFftAvailable<F::kFft>) {
-    if (s->fftContext != nullptr) FftOps<F::kFft>::release(s->fftContext);
+  if constexpr (F::kFft != FirFft::None) {
+    if (s->fftContext != nullptr) FirFftEngine<F::kFft>::release(s->fftContext);
   }
   orvsFree(s);
 }
@@ -296,7 +225,7 @@ orvStatus failCreation(orvsFIRState** state, orvsFIRState* s) {
 // step fails; what was made is then in the record for the release.
 template <typename F>
 bool makeSpectrum(orvsFIRState* s, const typename F::Tap* taps) {
-  using Ops = FftOps<F::kFft>;
+  using Ops = FirFftEngine<F::kFft>;
   using Elem = typename Ops::Elem;
   static_assert(std::is_same<Elem, typename F::Tap>::value, "spectrum in the tap type");
   const int order = firFftOrder(s->tapsLen, F::kComplex);
@@ -316,18 +245,7 @@ bool makeSpectrum(orvsFIRState* s, const typename F::Tap* taps) {
   const orvStatus made = Ops::init(&context, order);
   s->fftContext = context;
   if (made != orvOk || context == nullptr) return false;
-  return Ops::forward(spectrum, context) == orvOk;
-}
-
-template <typename F>
-bool buildFftPath(orvsFIRState* s, const typename F::Tap* taps) {
-  if constexpr (kFftAvailable<F::kFft>) {
-    return makeSpectrum<F>(s, taps);
-  } else {
-    (void)s;
-    (void)taps;
-    return true;
-  }
+  return Ops::forward(spectrum, spectrum, context) == orvOk;
 }
 
 template <typename F>
@@ -351,7 +269,7 @@ orvStatus initAllocFloat(orvsFIRState** state, const typename F::Tap* taps, int 
   for (int j = 0; j < tapsLen; ++j) rev[j] = taps[tapsLen - 1 - j];
   initDelayBuffer<F>(s, dlyLine);
   s->stagingLen = firStagingLen<F>(tapsLen);
-  if (!buildFftPath<F>(s, taps)) return failCreation<F>(state, s);
+  if (!makeSpectrum<F>(s, taps)) return failCreation<F>(state, s);
   *state = s;
   return orvOk;
 }
