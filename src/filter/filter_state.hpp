@@ -6,9 +6,9 @@
 // Free are templates over those traits (fir_state.cpp), and the filtering
 // kernels read the same record through the same traits.
 //
-// The records of the adaptive FIR and of the IIR filters live here as well,
-// next to this one; they share the tag rule (tagOf) and the allocation rule
-// (allocateRecord) but none of the FIR layout.
+// The records of the adaptive FIR and of the IIR filters belong in this
+// header as well, next to this one; they share the tag rule (tagOf) and the
+// allocator, but none of the FIR layout.
 #pragma once
 
 #include <cstdint>
