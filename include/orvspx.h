@@ -609,6 +609,83 @@ ORV_API orvStatus orvsMulPerm_64f_I(const orv64f* src, orv64f* srcDst, int len);
 /* ---- Haar transforms ------------------------------------------------------- */
 
 /* ---- FIR state ------------------------------------------------------------- */
+/* Taps, delay line and, for long filters, the spectrum of the taps of one
+ * FIR filter. Get, Set and Free accept single-rate and multi-rate states of
+ * their family and refuse any other state with orvErrContextMismatch. */
+ORV_API orvStatus orvsFIRFree32f_16s(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree32fc_16sc(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree32s_16s(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree32sc_16sc(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree64f_16s(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree64f_32f(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree64f_32s(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree64fc_16sc(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree64fc_32fc(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree64fc_32sc(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree_32f(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree_32fc(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree_64f(orvsFIRState* state);
+ORV_API orvStatus orvsFIRFree_64fc(orvsFIRState* state);
+ORV_API orvStatus orvsFIRGetDlyLine32f_16s(const orvsFIRState* state, orv16s* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine32fc_16sc(const orvsFIRState* state, orv16sc* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine32s_16s(const orvsFIRState* state, orv16s* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine32sc_16sc(const orvsFIRState* state, orv16sc* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine64f_16s(const orvsFIRState* state, orv16s* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine64f_32f(const orvsFIRState* state, orv32f* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine64f_32s(const orvsFIRState* state, orv32s* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine64fc_16sc(const orvsFIRState* state, orv16sc* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine64fc_32fc(const orvsFIRState* state, orv32fc* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine64fc_32sc(const orvsFIRState* state, orv32sc* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine_32f(const orvsFIRState* state, orv32f* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine_32fc(const orvsFIRState* state, orv32fc* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine_64f(const orvsFIRState* state, orv64f* dlyLine);
+ORV_API orvStatus orvsFIRGetDlyLine_64fc(const orvsFIRState* state, orv64fc* dlyLine);
+ORV_API orvStatus orvsFIRGetTaps32f_16s(const orvsFIRState* state, orv32f* taps);
+ORV_API orvStatus orvsFIRGetTaps32fc_16sc(const orvsFIRState* state, orv32fc* taps);
+ORV_API orvStatus orvsFIRGetTaps32s_16s(const orvsFIRState* state, orv32s* taps, int* tapsFactor);
+ORV_API orvStatus orvsFIRGetTaps32s_16s32f(const orvsFIRState* state, orv32f* taps);
+ORV_API orvStatus orvsFIRGetTaps32sc_16sc(const orvsFIRState* state, orv32sc* taps, int* tapsFactor);
+ORV_API orvStatus orvsFIRGetTaps32sc_16sc32fc(const orvsFIRState* state, orv32fc* taps);
+ORV_API orvStatus orvsFIRGetTaps64f_16s(const orvsFIRState* state, orv64f* taps);
+ORV_API orvStatus orvsFIRGetTaps64f_32f(const orvsFIRState* state, orv64f* taps);
+ORV_API orvStatus orvsFIRGetTaps64f_32s(const orvsFIRState* state, orv64f* taps);
+ORV_API orvStatus orvsFIRGetTaps64fc_16sc(const orvsFIRState* state, orv64fc* taps);
+ORV_API orvStatus orvsFIRGetTaps64fc_32fc(const orvsFIRState* state, orv64fc* taps);
+ORV_API orvStatus orvsFIRGetTaps64fc_32sc(const orvsFIRState* state, orv64fc* taps);
+ORV_API orvStatus orvsFIRGetTaps_32f(const orvsFIRState* state, orv32f* taps);
+ORV_API orvStatus orvsFIRGetTaps_32fc(const orvsFIRState* state, orv32fc* taps);
+ORV_API orvStatus orvsFIRGetTaps_64f(const orvsFIRState* state, orv64f* taps);
+ORV_API orvStatus orvsFIRGetTaps_64fc(const orvsFIRState* state, orv64fc* taps);
+ORV_API orvStatus orvsFIRInitAlloc32f_16s(orvsFIRState** state, const orv32f* taps, int tapsLen, const orv16s* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc32fc_16sc(orvsFIRState** state, const orv32fc* taps, int tapsLen, const orv16sc* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc32s_16s(orvsFIRState** state, const orv32s* taps, int tapsLen, int tapsFactor, const orv16s* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc32s_16s32f(orvsFIRState** state, const orv32f* taps, int tapsLen, const orv16s* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc32sc_16sc(orvsFIRState** state, const orv32sc* taps, int tapsLen, int tapsFactor, const orv16sc* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc32sc_16sc32fc(orvsFIRState** state, const orv32fc* taps, int tapsLen, const orv16sc* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc64f_16s(orvsFIRState** state, const orv64f* taps, int tapsLen, const orv16s* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc64f_32f(orvsFIRState** state, const orv64f* taps, int tapsLen, const orv32f* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc64f_32s(orvsFIRState** state, const orv64f* taps, int tapsLen, const orv32s* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc64fc_16sc(orvsFIRState** state, const orv64fc* taps, int tapsLen, const orv16sc* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc64fc_32fc(orvsFIRState** state, const orv64fc* taps, int tapsLen, const orv32fc* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc64fc_32sc(orvsFIRState** state, const orv64fc* taps, int tapsLen, const orv32sc* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc_32f(orvsFIRState** state, const orv32f* taps, int tapsLen, const orv32f* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc_32fc(orvsFIRState** state, const orv32fc* taps, int tapsLen, const orv32fc* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc_64f(orvsFIRState** state, const orv64f* taps, int tapsLen, const orv64f* dlyLine);
+ORV_API orvStatus orvsFIRInitAlloc_64fc(orvsFIRState** state, const orv64fc* taps, int tapsLen, const orv64fc* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine32f_16s(orvsFIRState* state, const orv16s* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine32fc_16sc(orvsFIRState* state, const orv16sc* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine32s_16s(orvsFIRState* state, const orv16s* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine32sc_16sc(orvsFIRState* state, const orv16sc* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine64f_16s(orvsFIRState* state, const orv16s* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine64f_32f(orvsFIRState* state, const orv32f* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine64f_32s(orvsFIRState* state, const orv32s* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine64fc_16sc(orvsFIRState* state, const orv16sc* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine64fc_32fc(orvsFIRState* state, const orv32fc* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine64fc_32sc(orvsFIRState* state, const orv32sc* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine_32f(orvsFIRState* state, const orv32f* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine_32fc(orvsFIRState* state, const orv32fc* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine_64f(orvsFIRState* state, const orv64f* dlyLine);
+ORV_API orvStatus orvsFIRSetDlyLine_64fc(orvsFIRState* state, const orv64fc* dlyLine);
 
 /* ---- Single-rate FIR ------------------------------------------------------- */
 
