@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "arith/add_sub_ops.hpp"
+#include "arith/shortcuts.hpp"
 #include "core/internal.hpp"
 #include "core/lengths.hpp"
 #include "core/scale.hpp"
@@ -57,34 +58,18 @@ struct PlanOf {
                          Bound::kNone>;
 };
 
-// The constant-zero shortcut: `len` elements of L parts each. Four-byte
-// elements are cleared through the orv16sc name; a 32sc vector counts as
-// 2 * len of them.
+// The constant-zero shortcut: `len` elements of L parts each. Complex
+// vectors are cleared through the orv16sc name: a 16sc vector is len such
+// elements, a 32sc vector 2 * len of them.
 template <typename T, int L>
 orvStatus clearParts(T* dst, int len) {
-  if constexpr (std::is_same<T, orv8u>::value) {
-    static_assert(L == 1, "no complex 8u");
-    return orvsZero_8u(dst, len);
+  if constexpr (L == 1) {
+    return arith::clearElements(dst, len);
   } else if constexpr (std::is_same<T, orv16s>::value) {
-    if constexpr (L == 1) return orvsZero_16s(dst, len);
-    else return orvsZero_16sc(reinterpret_cast<orv16sc*>(dst), len);
+    return orvsZero_16sc(reinterpret_cast<orv16sc*>(dst), len);
   } else {
-    static_assert(std::is_same<T, orv32s>::value, "8u, 16s or 32s parts");
-    if constexpr (L == 1) return orvsZero_16sc(reinterpret_cast<orv16sc*>(dst), len);
-    else return orvsZero_16sc(reinterpret_cast<orv16sc*>(dst), doubledCount(len));
-  }
-}
-
-// The identity shortcut of a real vector.
-template <typename T>
-orvStatus copyParts(const T* src, T* dst, int len) {
-  if constexpr (std::is_same<T, orv8u>::value) {
-    return orvsCopy_8u(src, dst, len);
-  } else if constexpr (std::is_same<T, orv16s>::value) {
-    return orvsCopy_16s(src, dst, len);
-  } else {
-    return orvsCopy_16sc(reinterpret_cast<const orv16sc*>(src), reinterpret_cast<orv16sc*>(dst),
-                         len);
+    static_assert(std::is_same<T, orv32s>::value, "complex parts are 16s or 32s");
+    return orvsZero_16sc(reinterpret_cast<orv16sc*>(dst), doubledCount(len));
   }
 }
 
@@ -127,7 +112,7 @@ orvStatus scalarSfs(const T* src, const T (&val)[L], T* dst, int len, int s) {
     if (scaleCase == ScaleCase::kKeep) {
       // A real scalar of known sign can reach one bound only.
       if constexpr (O != Op::kRevMinus) {
-        if (v[0] == 0) return InPlace ? orvOk : copyParts(src, dst, len);
+        if (v[0] == 0) return InPlace ? orvOk : arith::copyElements(src, dst, len);
       }
       if constexpr (kSigned) {
         const bool upper = O == Op::kPlus ? v[0] > 0 : (O == Op::kMinus ? v[0] < 0 : v[0] >= 0);

@@ -3,6 +3,7 @@
 // arithmetic: NaN and infinities pass as the processor makes them, no
 // saturation, no warning.
 #include "arith/add_sub_ops.hpp"
+#include "arith/shortcuts.hpp"
 #include "core/internal.hpp"
 #include "core/lengths.hpp"
 
@@ -19,22 +20,6 @@ orvStatus floatVector(const T* x, const T* y, T* dst, int len) {
   return orvOk;
 }
 
-// A real scalar that compares equal to 0, with an unordered comparison read
-// as equal: +0.0, -0.0 and every NaN.
-template <typename T>
-inline bool zeroOrNaN(T v) {
-  return !(v < T(0) || v > T(0));
-}
-
-// The identity shortcut, by element size: 4-byte elements are copied through
-// the orv16sc name, 8-byte ones through the orv32fc name, bit for bit.
-inline orvStatus copyElements(const orv32f* src, orv32f* dst, int len) {
-  return orvsCopy_16sc(reinterpret_cast<const orv16sc*>(src), reinterpret_cast<orv16sc*>(dst), len);
-}
-inline orvStatus copyElements(const orv64f* src, orv64f* dst, int len) {
-  return orvsCopy_32fc(reinterpret_cast<const orv32fc*>(src), reinterpret_cast<orv32fc*>(dst), len);
-}
-
 // dst = src O val for vectors of L parts per element and a scalar of L parts.
 // AddC and SubC on real vectors skip the work for a val of zero or NaN: the
 // vector stays as it is (in place) or is copied (out of place), so its NaN
@@ -43,7 +28,7 @@ template <typename T, int L, Op O, bool InPlace>
 orvStatus floatScalar(const T* src, const T (&val)[L], T* dst, int len) {
   ORV_RETURN_IF_ERROR(checkVectors(len, src, dst));
   if constexpr (L == 1 && O != Op::kRevMinus) {
-    if (zeroOrNaN(val[0])) return InPlace ? orvOk : copyElements(src, dst, len);
+    if (arith::zeroOrNaN(val[0])) return InPlace ? orvOk : arith::copyElements(src, dst, len);
   }
   T v[L];
   for (int k = 0; k < L; ++k) v[k] = val[k];
