@@ -94,6 +94,10 @@ def write_report(results, out_md, plot_dir, reps, min_time):
                  f"(each repetition runs at least {min_time} s); all implementations of a row ran "
                  "in the same process on the same data. The ratio is this library's time divided "
                  "by the peer's: below 1 means orvspx is faster.\n")
+    lines.append("Columns: `orvspx` is this library; `plain` a straightforward loop doing the same "
+                 "work, compiled with -O3 in the same program; `memcpy`/`memset` the C library; "
+                 "`fftw` FFTW 3 with FFTW_MEASURE plans; `kissfft` KissFFT; `volk` VOLK's "
+                 "run-time dispatched kernels; `liquid` liquid-dsp. Times are per call.\n")
     lines.append("Regenerate with `make bench` (it installs the peers from Debian's packages when "
                  "it can, builds in Release and rewrites this file and its plots).\n")
     lines.append("SUMMARY_PLACEHOLDER\n")
@@ -164,7 +168,7 @@ def summary(verdicts):
             even.append(text)
     out = ["## Summary\n"]
     for title, items in (("Ahead (faster than the peer at every size)", ahead),
-                         ("Mixed or even (within 5 % somewhere)", even),
+                         ("Mixed or even (within 5 % of the peer, or ahead at some sizes and behind at others)", even),
                          ("Behind (slower than the peer at every size)", behind)):
         out.append(f"**{title}:**\n")
         out.extend(f"- {t}" for t in items) if items else out.append("- none")
