@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "arith/real_quotient.hpp"
 #include "arith/shortcuts.hpp"
 #include "core/float_to_int.hpp"
 #include "core/internal.hpp"
@@ -154,51 +155,16 @@ orvStatus divide16sc(const orv16sc* divisor, const orv16sc* dividend, orv16sc* d
 
 // ---- Floating point ----------------------------------------------------------
 
-template <typename T>
-struct FloatBits;
-
-template <>
-struct FloatBits<orv32f> {
-  static constexpr std::uint32_t kNaN = 0xffc00000u;
-  static constexpr std::uint32_t kPlusInf = 0x7f800000u;
-  static constexpr std::uint32_t kMinusInf = 0xff800000u;
-  using U = std::uint32_t;
-};
-
-template <>
-struct FloatBits<orv64f> {
-  static constexpr std::uint64_t kNaN = 0xfff8000000000000u;
-  static constexpr std::uint64_t kPlusInf = 0x7ff0000000000000u;
-  static constexpr std::uint64_t kMinusInf = 0xfff0000000000000u;
-  using U = std::uint64_t;
-};
-
-// The result for a zero divisor, chosen by the dividend (or the numerator
-// of a complex quotient): 0 or NaN gives the NaN constant, a positive value
-// +infinity, a negative one -infinity.
-template <typename T>
-inline T byZeroDivisor(double v) {
-  using B = FloatBits<T>;
-  if (zeroOrNaN(v)) return bitCast<T>(B::kNaN);
-  return bitCast<T>(v > 0 ? B::kPlusInf : B::kMinusInf);
-}
+using arith::byZeroDivisor;
 
 template <typename T>
 orvStatus floatQuotients(const T* divisor, const T* dividend, T* dst, int len) {
   ORV_RETURN_IF_ERROR(checkVectors(len, divisor, dividend, dst));
-  orvStatus status = orvOk;
-  const std::ptrdiff_t n = len;
-  for (std::ptrdiff_t i = 0; i < n; ++i) {
-    const double b = divisor[i];
-    const double a = dividend[i];
-    if (zeroOrNaN(b)) {
-      status = orvWarnDivByZero;
-      dst[i] = byZeroDivisor<T>(a);
-    } else {
-      dst[i] = static_cast<T>(a / b);
-    }
+  if constexpr (sizeof(T) == 4) {
+    return arith::quotients32f(divisor, dividend, dst, len);
+  } else {
+    return arith::quotientsPlain(divisor, dividend, dst, len);
   }
-  return status;
 }
 
 template <typename C>

@@ -10,6 +10,7 @@
 #include <random>
 #include <vector>
 
+#include "arith/real_quotient.hpp"
 #include "orvspx.h"
 
 namespace {
@@ -209,6 +210,121 @@ void checkComplexScalar(orvStatus (*f)(const C*, C, C*, int), orvStatus (*fI)(C,
 TEST(DivFloat, ComplexScalarThroughOneReciprocal) {
   checkComplexScalar<orv32fc>(orvsDivC_32fc, orvsDivC_32fc_I);
   checkComplexScalar<orv64fc>(orvsDivC_64fc, orvsDivC_64fc_I);
+}
+
+}  // namespace
+
+// ---- The vector loops of the 32f quotient -----------------------------------------------
+
+namespace {
+
+using Quotients = orvStatus (*)(const float*, const float*, float*, std::ptrdiff_t);
+
+std::vector<std::pair<const char*, Quotients>> quotientLoops() {
+  std::vector<std::pair<const char*, Quotients>> loops = {{"sse2", orv::arith::quotients32fSse2}};
+  if (orv::arith::processorHasAvx()) loops.push_back({"avx", orv::arith::quotients32fAvx});
+  return loops;
+}
+
+float fromBits(std::uint32_t u) {
+  float f;
+  std::memcpy(&f, &u, 4);
+  return f;
+}
+
+// Each loop against the plain one on the same pairs, bit for bit with NaN
+// payloads, status included, out of place and in place over the dividend.
+void expectLoopsMatchPlain(const std::vector<float>& divisor, const std::vector<float>& dividend,
+                           const char* what) {
+  const auto n = std::ptrdiff_t(divisor.size());
+  std::vector<float> want(divisor.size());
+  const orvStatus wantStatus = orv::arith::quotientsPlain(divisor.data(), dividend.data(), want.data(), n);
+  for (const auto& [name, loop] : quotientLoops()) {
+    std::vector<float> got(divisor.size() + 1, 7.0f);
+    ASSERT_EQ(loop(divisor.data(), dividend.data(), got.data(), n), wantStatus) << name << " " << what;
+    for (std::size_t i = 0; i < want.size(); ++i) {
+      ASSERT_EQ(bits(got[i]), bits(want[i]))
+          << name << " " << what << " element " << i << ": " << dividend[i] << " / " << divisor[i];
+    }
+    ASSERT_EQ(got.back(), 7.0f) << name << " wrote past the end";
+    std::vector<float> inPlace = dividend;
+    ASSERT_EQ(loop(divisor.data(), inPlace.data(), inPlace.data(), n), wantStatus) << name << " " << what;
+    ASSERT_EQ(std::memcmp(inPlace.data(), got.data(), inPlace.size() * sizeof(float)), 0)
+        << name << " " << what << " in place";
+  }
+}
+
+// Every pair of special values, in every position of a pass.
+TEST(DivFloat, VectorLoopsOfThe32fQuotientOnSpecialPairs) {
+  using L = std::numeric_limits<float>;
+  const std::vector<float> specials = {0.0f, -0.0f, 1.0f, -1.0f, 2.0f, 3.0f, 0.1f, L::infinity(), -L::infinity(),
+                                       L::quiet_NaN(), -L::quiet_NaN(), fromBits(0x7fa00001u),  // signalling
+                                       fromBits(0xffc12345u), L::denorm_min(), -L::denorm_min(),
+                                       fromBits(0x007fffffu), L::min(), L::max(), -L::max(), L::epsilon()};
+  for (std::size_t shift = 0; shift < 9; ++shift) {
+    std::vector<float> divisor(shift, 1.0f), dividend(shift, 5.0f);
+    for (float b : specials)
+      for (float a : specials) divisor.push_back(b), dividend.push_back(a);
+    expectLoopsMatchPlain(divisor, dividend, "specials");
+  }
+}
+
+// A zero or NaN divisor anywhere in a vector of every short length warns,
+// and only the elements it divides change pattern; no such divisor, no warning.
+TEST(DivFloat, VectorLoopsOfThe32fQuotientWarnWherePlainDoes) {
+  for (std::size_t len = 1; len <= 19; ++len) {
+    std::vector<float> divisor(len), dividend(len);
+    for (std::size_t i = 0; i < len; ++i) divisor[i] = float(i) + 0.5f, dividend[i] = float(i) - 3.0f;
+    expectLoopsMatchPlain(divisor, dividend, "no zero");
+    for (std::size_t at = 0; at < len; ++at) {
+      for (float bad : {0.0f, -0.0f, std::numeric_limits<float>::quiet_NaN()}) {
+        std::vector<float> d = divisor;
+        d[at] = bad;
+        expectLoopsMatchPlain(d, dividend, "one zero");
+      }
+    }
+  }
+}
+
+// Millions of pairs: raw bit patterns of every class, ordinary values,
+// quotients at and near the ties of the subnormal range (the only exact
+// ties a float quotient can hit), and quotients at the overflow threshold.
+TEST(DivFloat, VectorLoopsOfThe32fQuotientOnManyPairs) {
+  std::mt19937_64 gen(41);
+  const std::size_t chunk = 1 << 16;
+  std::vector<float> divisor(chunk), dividend(chunk);
+  for (int round = 0; round < 192; ++round) {
+    for (std::size_t i = 0; i < chunk; ++i) {
+      const std::uint64_t r = gen();
+      switch (round % 4) {
+        case 0:  // any bits
+          divisor[i] = fromBits(std::uint32_t(r)), dividend[i] = fromBits(std::uint32_t(r >> 32));
+          break;
+        case 1: {  // ordinary magnitudes, sizes far apart
+          const int e1 = int(r % 200) - 100, e2 = int((r >> 8) % 200) - 100;
+          divisor[i] = std::ldexp(1.0f + float((r >> 16) & 0xffffff) * 0x1p-24f, e1);
+          dividend[i] = std::ldexp(1.0f + float((r >> 40) & 0xffffff) * 0x1p-24f, e2) * ((r >> 63) ? -1.0f : 1.0f);
+          break;
+        }
+        case 2: {  // subnormal quotients: k * 2^-149 over small divisors, some a step off
+          const float k = float((r & 0xffff) + 1);
+          const float divs[] = {2.0f, 4.0f, 8.0f, 3.0f, 6.0f, 0.5f, 1.0f + 0x1p-23f, 2.0f - 0x1p-22f};
+          divisor[i] = divs[(r >> 16) & 7];
+          dividend[i] = k * std::numeric_limits<float>::denorm_min() * ((r >> 63) ? -1.0f : 1.0f);
+          if ((r >> 20) & 1) divisor[i] = std::nextafter(divisor[i], (r >> 21) & 1 ? 0.0f : 16.0f);
+          break;
+        }
+        default: {  // near the largest float
+          dividend[i] = std::numeric_limits<float>::max() / float(1 + (r & 7));
+          dividend[i] = fromBits(bits(dividend[i]) - std::uint32_t((r >> 8) & 15));
+          divisor[i] = fromBits(bits(1.0f / float(1 + (r & 7))) - std::uint32_t((r >> 16) & 15) +
+                                std::uint32_t((r >> 24) & 7));
+          break;
+        }
+      }
+    }
+    expectLoopsMatchPlain(divisor, dividend, "many");
+  }
 }
 
 }  // namespace
