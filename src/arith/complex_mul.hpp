@@ -10,7 +10,7 @@
 
 #include <cstddef>
 
-#include "arith/processor.hpp"
+#include "core/cpu.hpp"
 #include "orvspx.h"
 
 namespace orv {
@@ -34,9 +34,9 @@ void mul32fcAvxFma(const orv32fc* x, const orv32fc* y, orv32fc* dst, std::ptrdif
 // The fastest of the above that this processor runs. Each element is read
 // before it is written, so dst may be x or y itself.
 inline void mul32fc(const orv32fc* x, const orv32fc* y, orv32fc* dst, std::ptrdiff_t n) {
-  if (processorHasAvxFma()) {
+  if (cpu::hasAvxFma()) {
     mul32fcAvxFma(x, y, dst, n);
-  } else if (processorHasAvx()) {
+  } else if (cpu::hasAvx()) {
     mul32fcAvx(x, y, dst, n);
   } else {
     mul32fcSse2(x, y, dst, n);

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "arith/processor.hpp"
+#include "core/cpu.hpp"
 #include "arith/shortcuts.hpp"
 #include "core/internal.hpp"
 #include "orvspx.h"
@@ -67,7 +67,7 @@ orvStatus quotients32fAvx(const orv32f* divisor, const orv32f* dividend, orv32f*
 
 // The fastest of the above that this processor runs.
 inline orvStatus quotients32f(const orv32f* divisor, const orv32f* dividend, orv32f* dst, std::ptrdiff_t n) {
-  return processorHasAvx() ? quotients32fAvx(divisor, dividend, dst, n)
+  return cpu::hasAvx() ? quotients32fAvx(divisor, dividend, dst, n)
                            : quotients32fSse2(divisor, dividend, dst, n);
 }
 

@@ -13,6 +13,7 @@
 #include <xmmintrin.h>
 #endif
 
+#include "core/cpu.hpp"
 #include "core/float_to_int.hpp"
 #include "core/internal.hpp"
 
@@ -212,11 +213,6 @@ __attribute__((target("avx2"))) int narrowFloatLanesAvx2(const orv32f* src, T* d
   return i;
 }
 
-inline bool haveAvx2() {
-  static const bool have = __builtin_cpu_supports("avx2");
-  return have;
-}
-
 // Returns how many leading elements were done; the caller finishes the rest.
 template <typename T, bool Nearest>
 int narrowFloatFastSimd(const orv32f* src, T* dst, int len, orv32f factor, const IntegerLimits<T>& lim) {
@@ -226,7 +222,7 @@ int narrowFloatFastSimd(const orv32f* src, T* dst, int len, orv32f factor, const
   if (Nearest && (_mm_getcsr() & kRoundingControl) != 0) {
     return narrowFloatLanesSse2<T, LaneRounding::kNearestByFraction>(src, dst, len, factor, lim);
   }
-  if (haveAvx2()) {
+  if (cpu::hasAvx2()) {
     return Nearest ? narrowFloatLanesAvx2<T, kByControl>(src, dst, len, factor, lim)
                    : narrowFloatLanesAvx2<T, kTruncate>(src, dst, len, factor, lim);
   }

@@ -222,7 +222,7 @@ using Quotients = orvStatus (*)(const float*, const float*, float*, std::ptrdiff
 
 std::vector<std::pair<const char*, Quotients>> quotientLoops() {
   std::vector<std::pair<const char*, Quotients>> loops = {{"sse2", orv::arith::quotients32fSse2}};
-  if (orv::arith::processorHasAvx()) loops.push_back({"avx", orv::arith::quotients32fAvx});
+  if (orv::cpu::hasAvx()) loops.push_back({"avx", orv::arith::quotients32fAvx});
   return loops;
 }
 

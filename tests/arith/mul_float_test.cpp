@@ -219,8 +219,8 @@ using Loop = void (*)(const orv32fc*, const orv32fc*, orv32fc*, std::ptrdiff_t);
 // Every vector loop this processor runs.
 std::vector<std::pair<const char*, Loop>> vectorLoops() {
   std::vector<std::pair<const char*, Loop>> loops = {{"sse2", orv::arith::mul32fcSse2}};
-  if (orv::arith::processorHasAvx()) loops.push_back({"avx", orv::arith::mul32fcAvx});
-  if (orv::arith::processorHasAvxFma()) loops.push_back({"avx+fma", orv::arith::mul32fcAvxFma});
+  if (orv::cpu::hasAvx()) loops.push_back({"avx", orv::arith::mul32fcAvx});
+  if (orv::cpu::hasAvxFma()) loops.push_back({"avx+fma", orv::arith::mul32fcAvxFma});
   return loops;
 }
 
@@ -346,7 +346,7 @@ TEST(MulFloat, VectorLoopsOfThe32fcProductOnManyElements) {
 // From the streaming length on, with dst aligned to 16 bytes, to 8 bytes
 // only (one element first) and to 4 bytes only (no streaming), in place too.
 TEST(MulFloat, FusedLoopOfThe32fcProductWithStreamingStores) {
-  if (!orv::arith::processorHasAvxFma()) GTEST_SKIP() << "no AVX and FMA";
+  if (!orv::cpu::hasAvxFma()) GTEST_SKIP() << "no AVX and FMA";
   const std::size_t n = std::size_t(orv::arith::kMul32fcStreamingElements) + 5;
   const auto px = mixedValues<float>(2 * n, 23), py = mixedValues<float>(2 * n, 24);
   std::vector<orv32fc> x(n), y(n), want(n);

@@ -92,12 +92,12 @@ void checkTarget(const char* name, const NarrowingLimits<T>& lim) {
       };
       lanes(narrowFloatLanesSse2<T, LaneRounding::kNearestByFraction>, wantNear, "four lanes by fraction");
       lanes(narrowFloatLanesSse2<T, LaneRounding::kTruncate>, wantZero, "four lanes truncating");
-      if (orv::convert::haveAvx2()) {
+      if (orv::cpu::hasAvx2()) {
         lanes(narrowFloatLanesAvx2<T, LaneRounding::kTruncate>, wantZero, "eight lanes truncating");
       }
       if (mode == FE_TONEAREST) {
         lanes(narrowFloatLanesSse2<T, LaneRounding::kNearestByControl>, wantNear, "four lanes by control");
-        if (orv::convert::haveAvx2()) {
+        if (orv::cpu::hasAvx2()) {
           lanes(narrowFloatLanesAvx2<T, LaneRounding::kNearestByControl>, wantNear, "eight lanes by control");
         }
       }
