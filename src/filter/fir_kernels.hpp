@@ -408,14 +408,27 @@ bool firDirectStatelessFast(const typename F::Sample* src, typename F::Sample* d
   return true;
 }
 
+// The first tapsLen steps run plainly: until each position of the caller's
+// buffer has been written by this call, a step reads whichever copy of a
+// past sample its span covers, and the caller's two copies need not agree.
+// From then on both copies are this call's, and the window may take over.
 template <typename F>
 void firDirectStateless(const typename F::Sample* src, typename F::Sample* dst, int len,
                         const typename F::Tap* taps, int tapsLen, typename F::Sample* d,
                         int& index, const FirOutput<F>& out) {
   if constexpr (kFirFastDirect<F>) {
-    if (len >= kFirFastMinLen &&
-        firDirectStatelessFast<F>(src, dst, len, taps, tapsLen, d, index, out))
+    if (len - tapsLen >= kFirFastMinLen) {
+      firDirectStatelessPlain<F>(src, dst, tapsLen, taps, tapsLen, d, index, out);
+      int i = index;
+      if (firDirectStatelessFast<F>(src + tapsLen, dst + tapsLen, len - tapsLen, taps, tapsLen,
+                                    d, i, out)) {
+        index = i;
+        return;
+      }
+      firDirectStatelessPlain<F>(src + tapsLen, dst + tapsLen, len - tapsLen, taps, tapsLen, d,
+                                 index, out);
       return;
+    }
   }
   firDirectStatelessPlain<F>(src, dst, len, taps, tapsLen, d, index, out);
 }
