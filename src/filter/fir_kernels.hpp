@@ -379,9 +379,12 @@ void firDirectStatelessPlain(const typename F::Sample* src, typename F::Sample* 
   for (int n = 0; n < len; ++n) dst[n] = firStep<F, true>(taps, tapsLen, d, index, src[n], out);
 }
 
-// The same through FirDoubleWindow: each chunk of samples goes into the
-// caller's delay buffer and the window before any output of the chunk is
-// written, so src and dst may again be the same vector.
+// The same through FirDoubleWindow, for a caller's buffer whose two copies
+// of each sample agree. Each chunk of samples goes into the window before
+// any output of the chunk is written, so src and dst may again be the same
+// vector. Of the samples' writes to the caller's buffer only those of the
+// last tapsLen samples survive the call; only they are made, each at the
+// position the step would give it.
 template <typename F>
 bool firDirectStatelessFast(const typename F::Sample* src, typename F::Sample* dst, int len,
                             const typename F::Tap* taps, int tapsLen, typename F::Sample* d,
@@ -392,19 +395,21 @@ bool firDirectStatelessFast(const typename F::Sample* src, typename F::Sample* d
   if (!win) return false;
   for (int j = 0; j < T; ++j) win.taps()[j] = static_cast<double>(taps[T - 1 - j]);
   for (int j = 0; j < T - 1; ++j) win.window()[j] = static_cast<double>(d[index + 1 + j]);
+  const int start = index;
+  const int firstKept = len > T ? len - T : 0;
   for (int done = 0; done < len;) {
     const int count = len - done < FirDoubleWindow::kChunk ? len - done : FirDoubleWindow::kChunk;
-    for (int k = 0; k < count; ++k) {
-      const S x = src[done + k];
-      d[index] = x;
-      d[index + static_cast<std::int64_t>(T)] = x;
-      index = index + 1 == T ? 0 : index + 1;
-      win.fresh()[k] = static_cast<double>(x);
+    for (int k = 0; k < count; ++k) win.fresh()[k] = static_cast<double>(src[done + k]);
+    for (int k = firstKept > done ? firstKept - done : 0; k < count; ++k) {
+      const int p = static_cast<int>((static_cast<std::int64_t>(start) + done + k) % T);
+      d[p] = src[done + k];
+      d[p + static_cast<std::int64_t>(T)] = src[done + k];
     }
     win.run(count);
     for (int k = 0; k < count; ++k) dst[done + k] = firStoreReal<S>(win.sums()[k], out.factor());
     done += count;
   }
+  index = static_cast<int>((static_cast<std::int64_t>(start) + len) % T);
   return true;
 }
 
