@@ -688,6 +688,108 @@ ORV_API orvStatus orvsFIRSetDlyLine_64f(orvsFIRState* state, const orv64f* dlyLi
 ORV_API orvStatus orvsFIRSetDlyLine_64fc(orvsFIRState* state, const orv64fc* dlyLine);
 
 /* ---- Single-rate FIR ------------------------------------------------------- */
+/* Block forms orvsFIR* on a state (a multi-rate state is handed to the
+ * multi-rate kernels), single samples orvsFIROne* (single-rate state only),
+ * and the stateless _Direct_ forms, whose caller keeps 2 * tapsLen delay
+ * samples and a running index. */
+ORV_API orvStatus orvsFIR32f_16s_ISfs(orv16s* srcDst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR32f_16s_Sfs(const orv16s* src, orv16s* dst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR32f_Direct_16s_ISfs(orv16s* srcDst, int len, const orv32f* taps, int tapsLen, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR32f_Direct_16s_Sfs(const orv16s* src, orv16s* dst, int len, const orv32f* taps, int tapsLen, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR32fc_16sc_ISfs(orv16sc* srcDst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR32fc_16sc_Sfs(const orv16sc* src, orv16sc* dst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR32fc_Direct_16sc_ISfs(orv16sc* srcDst, int len, const orv32fc* taps, int tapsLen, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR32fc_Direct_16sc_Sfs(const orv16sc* src, orv16sc* dst, int len, const orv32fc* taps, int tapsLen, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR32s_16s_ISfs(orv16s* srcDst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR32s_16s_Sfs(const orv16s* src, orv16s* dst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR32s_Direct_16s_ISfs(orv16s* srcDst, int len, const orv32s* taps, int tapsLen, int tapsFactor, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR32s_Direct_16s_Sfs(const orv16s* src, orv16s* dst, int len, const orv32s* taps, int tapsLen, int tapsFactor, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR32sc_16sc_ISfs(orv16sc* srcDst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR32sc_16sc_Sfs(const orv16sc* src, orv16sc* dst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR32sc_Direct_16sc_ISfs(orv16sc* srcDst, int len, const orv32sc* taps, int tapsLen, int tapsFactor, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR32sc_Direct_16sc_Sfs(const orv16sc* src, orv16sc* dst, int len, const orv32sc* taps, int tapsLen, int tapsFactor, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR64f_16s_ISfs(orv16s* srcDst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR64f_16s_Sfs(const orv16s* src, orv16s* dst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR64f_32f(const orv32f* src, orv32f* dst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR64f_32f_I(orv32f* srcDst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR64f_32s_ISfs(orv32s* srcDst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR64f_32s_Sfs(const orv32s* src, orv32s* dst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR64f_Direct_16s_ISfs(orv16s* srcDst, int len, const orv64f* taps, int tapsLen, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR64f_Direct_16s_Sfs(const orv16s* src, orv16s* dst, int len, const orv64f* taps, int tapsLen, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR64f_Direct_32f(const orv32f* src, orv32f* dst, int len, const orv64f* taps, int tapsLen, orv32f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR64f_Direct_32f_I(orv32f* srcDst, int len, const orv64f* taps, int tapsLen, orv32f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR64f_Direct_32s_ISfs(orv32s* srcDst, int len, const orv64f* taps, int tapsLen, orv32s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR64f_Direct_32s_Sfs(const orv32s* src, orv32s* dst, int len, const orv64f* taps, int tapsLen, orv32s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR64fc_16sc_ISfs(orv16sc* srcDst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR64fc_16sc_Sfs(const orv16sc* src, orv16sc* dst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR64fc_32fc(const orv32fc* src, orv32fc* dst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR64fc_32fc_I(orv32fc* srcDst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR64fc_32sc_ISfs(orv32sc* srcDst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR64fc_32sc_Sfs(const orv32sc* src, orv32sc* dst, int len, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIR64fc_Direct_16sc_ISfs(orv16sc* srcDst, int len, const orv64fc* taps, int tapsLen, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR64fc_Direct_16sc_Sfs(const orv16sc* src, orv16sc* dst, int len, const orv64fc* taps, int tapsLen, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR64fc_Direct_32fc(const orv32fc* src, orv32fc* dst, int len, const orv64fc* taps, int tapsLen, orv32fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR64fc_Direct_32fc_I(orv32fc* srcDst, int len, const orv64fc* taps, int tapsLen, orv32fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR64fc_Direct_32sc_ISfs(orv32sc* srcDst, int len, const orv64fc* taps, int tapsLen, orv32sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIR64fc_Direct_32sc_Sfs(const orv32sc* src, orv32sc* dst, int len, const orv64fc* taps, int tapsLen, orv32sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne32f_16s_Sfs(orv16s src, orv16s* dst, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIROne32f_Direct_16s_ISfs(orv16s* srcDst, const orv32f* taps, int tapsLen, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne32f_Direct_16s_Sfs(orv16s src, orv16s* dst, const orv32f* taps, int tapsLen, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne32fc_16sc_Sfs(orv16sc src, orv16sc* dst, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIROne32fc_Direct_16sc_ISfs(orv16sc* srcDst, const orv32fc* taps, int tapsLen, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne32fc_Direct_16sc_Sfs(orv16sc src, orv16sc* dst, const orv32fc* taps, int tapsLen, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne32s_16s_Sfs(orv16s src, orv16s* dst, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIROne32s_Direct_16s_ISfs(orv16s* srcDst, const orv32s* taps, int tapsLen, int tapsFactor, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne32s_Direct_16s_Sfs(orv16s src, orv16s* dst, const orv32s* taps, int tapsLen, int tapsFactor, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne32sc_16sc_Sfs(orv16sc src, orv16sc* dst, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIROne32sc_Direct_16sc_ISfs(orv16sc* srcDst, const orv32sc* taps, int tapsLen, int tapsFactor, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne32sc_Direct_16sc_Sfs(orv16sc src, orv16sc* dst, const orv32sc* taps, int tapsLen, int tapsFactor, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne64f_16s_Sfs(orv16s src, orv16s* dst, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIROne64f_32f(orv32f src, orv32f* dst, orvsFIRState* state);
+ORV_API orvStatus orvsFIROne64f_32s_Sfs(orv32s src, orv32s* dst, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIROne64f_Direct_16s_ISfs(orv16s* srcDst, const orv64f* taps, int tapsLen, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne64f_Direct_16s_Sfs(orv16s src, orv16s* dst, const orv64f* taps, int tapsLen, orv16s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne64f_Direct_32f(orv32f src, orv32f* dst, const orv64f* taps, int tapsLen, orv32f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne64f_Direct_32f_I(orv32f* srcDst, const orv64f* taps, int tapsLen, orv32f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne64f_Direct_32s_ISfs(orv32s* srcDst, const orv64f* taps, int tapsLen, orv32s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne64f_Direct_32s_Sfs(orv32s src, orv32s* dst, const orv64f* taps, int tapsLen, orv32s* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne64fc_16sc_Sfs(orv16sc src, orv16sc* dst, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIROne64fc_32fc(orv32fc src, orv32fc* dst, orvsFIRState* state);
+ORV_API orvStatus orvsFIROne64fc_32sc_Sfs(orv32sc src, orv32sc* dst, orvsFIRState* state, int scaleFactor);
+ORV_API orvStatus orvsFIROne64fc_Direct_16sc_ISfs(orv16sc* srcDst, const orv64fc* taps, int tapsLen, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne64fc_Direct_16sc_Sfs(orv16sc src, orv16sc* dst, const orv64fc* taps, int tapsLen, orv16sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne64fc_Direct_32fc(orv32fc src, orv32fc* dst, const orv64fc* taps, int tapsLen, orv32fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne64fc_Direct_32fc_I(orv32fc* srcDst, const orv64fc* taps, int tapsLen, orv32fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne64fc_Direct_32sc_ISfs(orv32sc* srcDst, const orv64fc* taps, int tapsLen, orv32sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne64fc_Direct_32sc_Sfs(orv32sc src, orv32sc* dst, const orv64fc* taps, int tapsLen, orv32sc* dlyLine, int* dlyLineIndex, int scaleFactor);
+ORV_API orvStatus orvsFIROne_32f(orv32f src, orv32f* dst, orvsFIRState* state);
+ORV_API orvStatus orvsFIROne_32fc(orv32fc src, orv32fc* dst, orvsFIRState* state);
+ORV_API orvStatus orvsFIROne_64f(orv64f src, orv64f* dst, orvsFIRState* state);
+ORV_API orvStatus orvsFIROne_64fc(orv64fc src, orv64fc* dst, orvsFIRState* state);
+ORV_API orvStatus orvsFIROne_Direct_32f(orv32f src, orv32f* dst, const orv32f* taps, int tapsLen, orv32f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne_Direct_32f_I(orv32f* srcDst, const orv32f* taps, int tapsLen, orv32f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne_Direct_32fc(orv32fc src, orv32fc* dst, const orv32fc* taps, int tapsLen, orv32fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne_Direct_32fc_I(orv32fc* srcDst, const orv32fc* taps, int tapsLen, orv32fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne_Direct_64f(orv64f src, orv64f* dst, const orv64f* taps, int tapsLen, orv64f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne_Direct_64f_I(orv64f* srcDst, const orv64f* taps, int tapsLen, orv64f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne_Direct_64fc(orv64fc src, orv64fc* dst, const orv64fc* taps, int tapsLen, orv64fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIROne_Direct_64fc_I(orv64fc* srcDst, const orv64fc* taps, int tapsLen, orv64fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR_32f(const orv32f* src, orv32f* dst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR_32f_I(orv32f* srcDst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR_32fc(const orv32fc* src, orv32fc* dst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR_32fc_I(orv32fc* srcDst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR_64f(const orv64f* src, orv64f* dst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR_64f_I(orv64f* srcDst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR_64fc(const orv64fc* src, orv64fc* dst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR_64fc_I(orv64fc* srcDst, int len, orvsFIRState* state);
+ORV_API orvStatus orvsFIR_Direct_32f(const orv32f* src, orv32f* dst, int len, const orv32f* taps, int tapsLen, orv32f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR_Direct_32f_I(orv32f* srcDst, int len, const orv32f* taps, int tapsLen, orv32f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR_Direct_32fc(const orv32fc* src, orv32fc* dst, int len, const orv32fc* taps, int tapsLen, orv32fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR_Direct_32fc_I(orv32fc* srcDst, int len, const orv32fc* taps, int tapsLen, orv32fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR_Direct_64f(const orv64f* src, orv64f* dst, int len, const orv64f* taps, int tapsLen, orv64f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR_Direct_64f_I(orv64f* srcDst, int len, const orv64f* taps, int tapsLen, orv64f* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR_Direct_64fc(const orv64fc* src, orv64fc* dst, int len, const orv64fc* taps, int tapsLen, orv64fc* dlyLine, int* dlyLineIndex);
+ORV_API orvStatus orvsFIR_Direct_64fc_I(orv64fc* srcDst, int len, const orv64fc* taps, int tapsLen, orv64fc* dlyLine, int* dlyLineIndex);
 
 /* ---- Multi-rate FIR -------------------------------------------------------- */
 

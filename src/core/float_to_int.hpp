@@ -94,6 +94,26 @@ inline T limitAndRound(V v, const IntegerLimits<T>& lim) {
   return static_cast<T>(Nearest ? roundHalfEven(d) : truncateToInteger(d));
 }
 
+// ---- Saturate, then round half away from zero ------------------------------
+
+// The output step of the filters that accumulate in floating point and store
+// integers: a value below T's smallest value stores that value, a value above
+// T's largest stores that one; only then is the value rounded, by adding 0.5
+// away from zero and truncating, so ties go away from zero. An exact zero
+// stays 0. A NaN passes none of the tests and stores T's smallest value, the
+// "integer indefinite" of the processor's integer store.
+template <typename T>
+inline T saturateRoundHalfAway(double v) {
+  constexpr double lo = static_cast<double>(std::numeric_limits<T>::min());
+  constexpr double hi = static_cast<double>(std::numeric_limits<T>::max());
+  if (v < lo) return std::numeric_limits<T>::min();
+  if (v > hi) return std::numeric_limits<T>::max();
+  if (v < 0.0) return static_cast<T>(truncateToInteger(v + -0.5));
+  if (v > 0.0) return static_cast<T>(truncateToInteger(v + 0.5));
+  if (v == 0.0) return T(0);
+  return std::numeric_limits<T>::min();
+}
+
 // ---- The truncating integer store -----------------------------------------
 
 // v truncated towards zero to a signed 32-bit integer. A value whose
