@@ -4,6 +4,7 @@
 // is exactly the plain sum of that output.
 #include <immintrin.h>
 
+#include "core/cpu.hpp"
 #include "filter/fir_kernels.hpp"
 
 namespace orv {
@@ -80,13 +81,8 @@ __attribute__((target("avx"))) void firDotDoublesAvx(const double* h, int tapsLe
   dotPlain(h, tapsLen, x + n, y + n, count - n);
 }
 
-bool firProcessorHasAvx() {
-  static const bool has = __builtin_cpu_supports("avx");
-  return has;
-}
-
 void firDotDoubles(const double* h, int tapsLen, const double* x, double* y, int count) {
-  if (firProcessorHasAvx()) {
+  if (cpu::hasAvx()) {
     firDotDoublesAvx(h, tapsLen, x, y, count);
   } else {
     firDotDoublesSse2(h, tapsLen, x, y, count);

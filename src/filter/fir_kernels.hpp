@@ -284,7 +284,6 @@ void firDotDoubles(const double* h, int tapsLen, const double* x, double* y, int
 // four-lane vectors where the processor has AVX.
 void firDotDoublesSse2(const double* h, int tapsLen, const double* x, double* y, int count);
 void firDotDoublesAvx(const double* h, int tapsLen, const double* x, double* y, int count);
-bool firProcessorHasAvx();
 
 // True for the families whose direct kernels go through firDotDoubles: real
 // floating taps, whose samples and taps all convert to double exactly.

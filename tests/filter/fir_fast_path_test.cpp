@@ -9,6 +9,7 @@
 #include <random>
 #include <vector>
 
+#include "core/cpu.hpp"
 #include "filter/fir_kernels.hpp"
 
 namespace {
@@ -50,7 +51,7 @@ void plainSums(const double* h, int T, const double* x, double* y, int count) {
 TEST(FirFastPath, LanePathsGiveThePlainSums) {
   using Path = void (*)(const double*, int, const double*, double*, int);
   std::vector<Path> paths = {orv::filter::firDotDoublesSse2, orv::filter::firDotDoubles};
-  if (orv::filter::firProcessorHasAvx()) paths.push_back(orv::filter::firDotDoublesAvx);
+  if (orv::cpu::hasAvx()) paths.push_back(orv::filter::firDotDoublesAvx);
   for (int T : {1, 2, 3, 5, 8, 17, 40}) {
     const auto h = mixedValues(T, 11 + T);
     for (int count : {0, 1, 3, 4, 5, 15, 16, 17, 31, 32, 33, 36, 63, 64, 65, 100}) {
