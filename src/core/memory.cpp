@@ -56,6 +56,9 @@ orv64fc* orvsMalloc_64fc(int len) { return mallocElements<orv64fc>(len); }
 
 void orvsFree(void* ptr) {
   if (ptr == nullptr) return;
+#if defined(ORVSPX_TEST_HOOKS)
+  orv::testing::noteRelease(ptr);
+#endif
   std::free(static_cast<void**>(ptr)[-1]);
 }
 
