@@ -1,10 +1,14 @@
-// AVX versions of the interleaved FFT kernels. A register holds two complex
-// values as [re0 im0 re1 im1] in double; float data are widened on loading
-// and rounded on storing, as the plain kernels do. Every lane does exactly
-// the double operations of the plain butterfly in the same order (a complex
-// product is two rounded products and one rounded sum or difference), so the
-// results are bit-identical to the plain templates.
+// AVX versions of the interleaved FFT kernels, of the bit-reversed
+// reordering and of the real FFT's unpacking pass. A register holds two
+// complex values as [re0 im0 re1 im1] in double (or four reals of one kind);
+// float data are widened on loading and rounded on storing, as the plain
+// kernels do. Every lane does exactly the double operations of the plain code
+// in the same order (a complex product is two rounded products and one
+// rounded sum or difference), so the results are bit-identical to the plain
+// templates.
 #include <immintrin.h>
+
+#include <atomic>
 
 #include "transform/fft_internal.hpp"
 
@@ -292,12 +296,171 @@ ORV_AVX void gatherAvx(const T* x, std::size_t rows, std::size_t cols, std::size
   }
 }
 
+// ---- Bit reversal ---------------------------------------------------------------
+// Element i = a*Q + 4*m + b (Q = N/4, a and b of two bits) goes to
+// rev(b)*Q + 4*rev(m) + rev(a). For each m the four rows a of four elements
+// are transposed in registers: output row b, stored at quarter rev(b), holds
+// element b of the rows 0, 2, 1, 3. Only bits are moved.
+
+// Elements of 8 bytes (complex float), one row per register.
+struct Rows8 {
+  __m256d r[4];
+  ORV_AVX_INLINE void load(const void* base, std::size_t q, std::size_t m) {
+    const double* p = static_cast<const double*>(base) + 4 * m;
+    for (std::size_t a = 0; a < 4; ++a) r[a] = _mm256_loadu_pd(p + a * q);
+  }
+  ORV_AVX_INLINE void storeReversed(void* base, std::size_t q, std::size_t rm) const {
+    double* p = static_cast<double*>(base) + 4 * rm;
+    const __m256d t0 = _mm256_unpacklo_pd(r[0], r[2]), t1 = _mm256_unpackhi_pd(r[0], r[2]);
+    const __m256d t2 = _mm256_unpacklo_pd(r[1], r[3]), t3 = _mm256_unpackhi_pd(r[1], r[3]);
+    _mm256_storeu_pd(p, _mm256_permute2f128_pd(t0, t2, 0x20));
+    _mm256_storeu_pd(p + 2 * q, _mm256_permute2f128_pd(t1, t3, 0x20));
+    _mm256_storeu_pd(p + q, _mm256_permute2f128_pd(t0, t2, 0x31));
+    _mm256_storeu_pd(p + 3 * q, _mm256_permute2f128_pd(t1, t3, 0x31));
+  }
+};
+
+// Elements of 16 bytes (complex double), one row in two registers.
+struct Rows16 {
+  __m256d lo[4], hi[4];
+  ORV_AVX_INLINE void load(const void* base, std::size_t q, std::size_t m) {
+    const double* p = static_cast<const double*>(base) + 8 * m;
+    for (std::size_t a = 0; a < 4; ++a) {
+      lo[a] = _mm256_loadu_pd(p + 2 * a * q);
+      hi[a] = _mm256_loadu_pd(p + 2 * a * q + 4);
+    }
+  }
+  ORV_AVX_INLINE void storeReversed(void* base, std::size_t q, std::size_t rm) const {
+    double* p = static_cast<double*>(base) + 8 * rm;
+    // output row b: element b of rows 0 and 2 (low half), of rows 1 and 3 (high half)
+    auto row = [&](double* o, __m256d s0, __m256d s2, __m256d s1, __m256d s3, int sel) {
+      _mm256_storeu_pd(o, _mm256_permute2f128_pd(s0, s2, sel));
+      _mm256_storeu_pd(o + 4, _mm256_permute2f128_pd(s1, s3, sel));
+    };
+    row(p, lo[0], lo[2], lo[1], lo[3], 0x20);
+    row(p + 4 * q, lo[0], lo[2], lo[1], lo[3], 0x31);
+    row(p + 2 * q, hi[0], hi[2], hi[1], hi[3], 0x20);
+    row(p + 6 * q, hi[0], hi[2], hi[1], hi[3], 0x31);
+  }
+};
+
+template <class Rows>
+ORV_AVX void reverseAvx(const void* src, void* dst, int order) {
+  const std::size_t q = std::size_t(1) << (order - 2);
+  const std::size_t blocks = std::size_t(1) << (order - 4);
+  const std::size_t top = blocks / 2;  // highest bit of m
+  std::size_t rm = 0;
+  for (std::size_t m = 0; m < blocks; ++m) {
+    if (m != 0) {
+      std::size_t bit = top;
+      while (rm & bit) {
+        rm ^= bit;
+        bit >>= 1;
+      }
+      rm |= bit;
+    }
+    if (src != dst) {
+      Rows r;
+      r.load(src, q, m);
+      r.storeReversed(dst, q, rm);
+    } else if (m <= rm) {
+      // in place: blocks m and rev(m) trade places
+      Rows r, s;
+      r.load(src, q, m);
+      s.load(src, q, rm);
+      r.storeReversed(dst, q, rm);
+      s.storeReversed(dst, q, m);
+    }
+  }
+}
+
+// ---- Unpacking pass of the real FFT ---------------------------------------------
+// Four pairs (k, H-k) at a time, the four k ascending and the four H-k
+// descending. Real and imaginary parts go to separate registers in the lane
+// order k, k+2, k+1, k+3 (for the H-k side after swapping halves), where
+// each lane does the plain pass's double operations.
+
+template <typename T>
+struct Cx4;
+template <>
+struct Cx4<double> {
+  static ORV_AVX_INLINE void load(const double* p, __m256d& lo, __m256d& hi) {
+    lo = _mm256_loadu_pd(p);
+    hi = _mm256_loadu_pd(p + 4);
+  }
+  static ORV_AVX_INLINE void store(double* p, __m256d lo, __m256d hi) {
+    _mm256_storeu_pd(p, lo);
+    _mm256_storeu_pd(p + 4, hi);
+  }
+};
+template <>
+struct Cx4<float> {
+  static ORV_AVX_INLINE void load(const float* p, __m256d& lo, __m256d& hi) {
+    lo = _mm256_cvtps_pd(_mm_loadu_ps(p));
+    hi = _mm256_cvtps_pd(_mm_loadu_ps(p + 4));
+  }
+  static ORV_AVX_INLINE void store(float* p, __m256d lo, __m256d hi) {
+    _mm_storeu_ps(p, _mm256_cvtpd_ps(lo));
+    _mm_storeu_ps(p + 4, _mm256_cvtpd_ps(hi));
+  }
+};
+
+ORV_AVX_INLINE __m256d swapHalves(__m256d v) { return _mm256_permute2f128_pd(v, v, 0x01); }
+
+template <typename T>
+ORV_AVX std::size_t unpackAvx(T* x, std::size_t h, const T* tab) {
+  using C = Cx4<T>;
+  std::size_t k = 1;
+  for (; 2 * k + 6 < h; k += 4) {
+    const std::size_t m = h - k;
+    __m256d lo, hi;
+    C::load(x + 2 * k, lo, hi);
+    const __m256d a = _mm256_unpacklo_pd(lo, hi), c = _mm256_unpackhi_pd(lo, hi);
+    C::load(x + 2 * (m - 3), lo, hi);
+    const __m256d b = swapHalves(_mm256_unpacklo_pd(hi, lo)), d = swapHalves(_mm256_unpackhi_pd(hi, lo));
+    C::load(tab + 2 * k, lo, hi);
+    const __m256d A = _mm256_unpacklo_pd(lo, hi), B = _mm256_unpackhi_pd(lo, hi);
+    const __m256d p = _mm256_sub_pd(a, b), q = _mm256_add_pd(c, d);
+    const __m256d u = _mm256_add_pd(_mm256_mul_pd(A, q), _mm256_mul_pd(B, p));
+    const __m256d v = _mm256_sub_pd(_mm256_mul_pd(B, q), _mm256_mul_pd(A, p));
+    const __m256d kre = _mm256_add_pd(b, u), kim = _mm256_sub_pd(v, d);
+    const __m256d mre = swapHalves(_mm256_sub_pd(a, u)), mim = swapHalves(_mm256_sub_pd(v, c));
+    C::store(x + 2 * k, _mm256_unpacklo_pd(kre, kim), _mm256_unpackhi_pd(kre, kim));
+    C::store(x + 2 * (m - 3), _mm256_unpackhi_pd(mre, mim), _mm256_unpacklo_pd(mre, mim));
+  }
+  return k;
+}
+
 }  // namespace
 #pragma GCC pop_options
 
-bool available() {
-  static const bool has = __builtin_cpu_supports("avx");
-  return has;
+namespace {
+
+int processorLevel() { return __builtin_cpu_supports("avx") ? kAvx : kPlain; }
+
+std::atomic<int> gLevelCap{kAvx};
+
+}  // namespace
+
+int level() {
+  static const int has = processorLevel();
+  const int cap = gLevelCap.load(std::memory_order_relaxed);
+  return has < cap ? has : cap;
+}
+
+void limitLevel(int cap) { gLevelCap.store(cap, std::memory_order_relaxed); }
+
+template <typename T>
+bool reorder(const T* src, T* dst, int order) {
+  if (order < 4 || !available()) return false;
+  if (sizeof(T) == 4) reverseAvx<Rows8>(src, dst, order);
+  else reverseAvx<Rows16>(src, dst, order);
+  return true;
+}
+
+template <typename T>
+std::size_t unpackForward(T* x, std::size_t h, const T* tab) {
+  return available() ? unpackAvx(x, h, tab) : 1;
 }
 
 template <bool Inv, typename T>
@@ -341,6 +504,10 @@ template void gatherColumns<false, double>(const double*, std::size_t, std::size
                                            double*);
 template void gatherColumns<true, double>(const double*, std::size_t, std::size_t, std::size_t, const double*,
                                           double*);
+template bool reorder<float>(const float*, float*, int);
+template bool reorder<double>(const double*, double*, int);
+template std::size_t unpackForward<float>(float*, std::size_t, const float*);
+template std::size_t unpackForward<double>(double*, std::size_t, const double*);
 template void scatterColumns<float>(float*, std::size_t, std::size_t, std::size_t, const float*);
 template void scatterColumns<double>(double*, std::size_t, std::size_t, std::size_t, const double*);
 

@@ -420,7 +420,23 @@ inline void leafSplit(V x, int order, const T* tab) {
 // butterfly, the very double operations of the plain templates above, so the
 // results are bit-identical; they run only where the processor has them.
 namespace fast {
-bool available();
+// Instruction-set levels of the vector kernels. level() is the best one the
+// processor supports; a kernel of a higher level is never chosen.
+enum Level : int { kPlain = 0, kAvx = 1 };
+int level();
+inline bool available() { return level() >= kAvx; }
+// Caps level(), so that the tests can run every level the processor has.
+// Internal to the library (not exported); nothing but the tests calls it.
+void limitLevel(int cap);
+// The bit-reversed permutation of 2^order interleaved complex values, out of
+// place or (src == dst) in place. False, with nothing done, where it has no
+// vector version (orders below 4).
+template <typename T>
+bool reorder(const T* src, T* dst, int order);
+// The pairs (k, h-k) of the real FFT's unpacking pass from k = 1 on, as far
+// as they go four at a time; returns the first k left to do.
+template <typename T>
+std::size_t unpackForward(T* x, std::size_t h, const T* tab);
 template <bool Inv, typename T>
 void leafInterleaved(T* x, int order, const T* tab);
 template <bool Inv, typename T>
@@ -443,6 +459,18 @@ inline void leaf(V x, int order, const T* tab) {
     if (Fast && fast::available()) fast::leafInterleaved<Inv>(x.p, order, tab);
     else leafInterleaved<Inv>(x, order, tab);
   }
+}
+
+// The bit-reversed permutation of 2^order interleaved complex values, in
+// place when src equals dst.
+template <typename T>
+inline void reorderComplex(const orv32s* list, int order, const T* src, T* dst) {
+  if (fast::reorder(src, dst, order)) return;
+  struct Pair {
+    T re, im;
+  };
+  if (src == dst) reorderInPlace(list, order, reinterpret_cast<Pair*>(dst));
+  else reorderCopy(list, order, reinterpret_cast<const Pair*>(src), reinterpret_cast<Pair*>(dst));
 }
 
 // ---- Blocked radix-2 path -------------------------------------------------
