@@ -374,6 +374,36 @@ ORV_AVX void reverseAvx(const void* src, void* dst, int order) {
   }
 }
 
+// Four work columns back into columns c..c+3, four rows at a time by a
+// transposition in registers; only bits are moved.
+ORV_AVX void scatterAvx(float* x, std::size_t rows, std::size_t cols, std::size_t c, const float* work) {
+  const double* w = reinterpret_cast<const double*>(work);
+  for (std::size_t p = 0; p < rows; p += 4) {
+    const __m256d c0 = _mm256_loadu_pd(w + p), c1 = _mm256_loadu_pd(w + rows + p);
+    const __m256d c2 = _mm256_loadu_pd(w + 2 * rows + p), c3 = _mm256_loadu_pd(w + 3 * rows + p);
+    const __m256d t0 = _mm256_unpacklo_pd(c0, c1), t1 = _mm256_unpackhi_pd(c0, c1);
+    const __m256d t2 = _mm256_unpacklo_pd(c2, c3), t3 = _mm256_unpackhi_pd(c2, c3);
+    double* e = reinterpret_cast<double*>(x) + p * cols + c;
+    _mm256_storeu_pd(e, _mm256_permute2f128_pd(t0, t2, 0x20));
+    _mm256_storeu_pd(e + cols, _mm256_permute2f128_pd(t1, t3, 0x20));
+    _mm256_storeu_pd(e + 2 * cols, _mm256_permute2f128_pd(t0, t2, 0x31));
+    _mm256_storeu_pd(e + 3 * cols, _mm256_permute2f128_pd(t1, t3, 0x31));
+  }
+}
+
+ORV_AVX void scatterAvx(double* x, std::size_t rows, std::size_t cols, std::size_t c, const double* work) {
+  for (std::size_t p = 0; p < rows; p += 2) {
+    // rows p and p+1 of the four columns
+    const __m256d c0 = _mm256_loadu_pd(work + 2 * p), c1 = _mm256_loadu_pd(work + 2 * (rows + p));
+    const __m256d c2 = _mm256_loadu_pd(work + 2 * (2 * rows + p)), c3 = _mm256_loadu_pd(work + 2 * (3 * rows + p));
+    double* e = x + 2 * (p * cols + c);
+    _mm256_storeu_pd(e, _mm256_permute2f128_pd(c0, c1, 0x20));
+    _mm256_storeu_pd(e + 4, _mm256_permute2f128_pd(c2, c3, 0x20));
+    _mm256_storeu_pd(e + 2 * cols, _mm256_permute2f128_pd(c0, c1, 0x31));
+    _mm256_storeu_pd(e + 2 * cols + 4, _mm256_permute2f128_pd(c2, c3, 0x31));
+  }
+}
+
 // ---- Unpacking pass of the real FFT ---------------------------------------------
 // Four pairs (k, H-k) at a time, the four k ascending and the four H-k
 // descending. Real and imaginary parts go to separate registers in the lane
@@ -480,14 +510,7 @@ void gatherColumns(const T* x, std::size_t rows, std::size_t cols, std::size_t c
 
 template <typename T>
 void scatterColumns(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* work) {
-  // plain element copies: nothing is computed on the way back
-  for (std::size_t p = 0; p < rows; ++p) {
-    T* e = x + 2 * (p * cols + c);
-    for (std::size_t q = 0; q < 4; ++q) {
-      e[2 * q] = work[2 * (q * rows + p)];
-      e[2 * q + 1] = work[2 * (q * rows + p) + 1];
-    }
-  }
+  scatterAvx(x, rows, cols, c, work);
 }
 
 template void leafInterleaved<false, float>(float*, int, const float*);
