@@ -265,23 +265,29 @@ ORV_AVX void blockedPassAvx(T* x, std::size_t n, std::size_t span, const T* pass
   const std::size_t half = span / 2;
   for (std::size_t p = 0; p < half; p += stripe) {
     for (std::size_t g = 0; g < n; g += 2 * span) {
-      for (int run = 0; run < 2; ++run) {
-        T* base = x + 2 * (g + p + (run ? half : 0));
-        for (std::size_t j = 0; j < stripe; j += 2) {
-          const T* w = pass + 2 * (p + j) * stride;
-          const V2 tw = M::loadPair(w, w + 2 * stride);
-          T* o = base + 2 * j;
-          const V2 a = M::load2(o);
-          V2 b = twiddle<Inv>(M::load2(o + 2 * span), tw);
-          if (run) b = rotate<Inv>(b);
-          M::store2(o, _mm256_add_pd(a, b));
-          M::store2(o + 2 * span, _mm256_sub_pd(a, b));
-        }
+      // the two runs share each twiddle: offset p + j under W, and
+      // half + p + j under -i W
+      T* base = x + 2 * (g + p);
+      for (std::size_t j = 0; j < stripe; j += 2) {
+        const T* w = pass + 2 * (p + j) * stride;
+        const V2 tw = stride == 1 ? M::load2(w) : M::loadPair(w, w + 2 * stride);
+        T* o = base + 2 * j;
+        const V2 a = M::load2(o);
+        const V2 b = twiddle<Inv>(M::load2(o + 2 * span), tw);
+        M::store2(o, _mm256_add_pd(a, b));
+        M::store2(o + 2 * span, _mm256_sub_pd(a, b));
+        T* o2 = o + 2 * half;
+        const V2 a2 = M::load2(o2);
+        const V2 b2 = rotate<Inv>(twiddle<Inv>(M::load2(o2 + 2 * span), tw));
+        M::store2(o2, _mm256_add_pd(a2, b2));
+        M::store2(o2 + 2 * span, _mm256_sub_pd(a2, b2));
       }
     }
   }
 }
 
+// Two rows at a time: the four twiddled elements of rows p and p+1 are
+// paired by column, so that each work column takes two values at once.
 template <bool Inv, typename T>
 ORV_AVX void gatherAvx(const T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, T* work) {
   using M = Mem<T>;
@@ -289,10 +295,17 @@ ORV_AVX void gatherAvx(const T* x, std::size_t rows, std::size_t cols, std::size
   T* w1 = work + 2 * rows;
   T* w2 = work + 4 * rows;
   T* w3 = work + 6 * rows;
-  for (std::size_t p = 0; p < rows; ++p, step += 8) {
+  for (std::size_t p = 0; p < rows; p += 2, step += 16) {
     const T* e = x + 2 * (p * cols + c);
-    M::storePair(w0 + 2 * p, w1 + 2 * p, twiddle<Inv>(M::load2(e), M::load2(step)));
-    M::storePair(w2 + 2 * p, w3 + 2 * p, twiddle<Inv>(M::load2(e + 4), M::load2(step + 4)));
+    const T* f = e + 2 * cols;
+    const V2 e01 = twiddle<Inv>(M::load2(e), M::load2(step));
+    const V2 e23 = twiddle<Inv>(M::load2(e + 4), M::load2(step + 4));
+    const V2 f01 = twiddle<Inv>(M::load2(f), M::load2(step + 8));
+    const V2 f23 = twiddle<Inv>(M::load2(f + 4), M::load2(step + 12));
+    M::store2(w0 + 2 * p, _mm256_permute2f128_pd(e01, f01, 0x20));
+    M::store2(w1 + 2 * p, _mm256_permute2f128_pd(e01, f01, 0x31));
+    M::store2(w2 + 2 * p, _mm256_permute2f128_pd(e23, f23, 0x20));
+    M::store2(w3 + 2 * p, _mm256_permute2f128_pd(e23, f23, 0x31));
   }
 }
 
@@ -344,21 +357,35 @@ struct Rows16 {
   }
 };
 
+// Steps r to the bit reversal of the next counter value, the reversal being
+// over the bits below 2*top.
+ORV_AVX_INLINE std::size_t nextReversed(std::size_t r, std::size_t top) {
+  std::size_t bit = top;
+  while (r & bit) {
+    r ^= bit;
+    bit >>= 1;
+  }
+  return r | bit;
+}
+
 template <class Rows>
 ORV_AVX void reverseAvx(const void* src, void* dst, int order) {
   const std::size_t q = std::size_t(1) << (order - 2);
   const std::size_t blocks = std::size_t(1) << (order - 4);
   const std::size_t top = blocks / 2;  // highest bit of m
-  std::size_t rm = 0;
-  for (std::size_t m = 0; m < blocks; ++m) {
-    if (m != 0) {
-      std::size_t bit = top;
-      while (rm & bit) {
-        rm ^= bit;
-        bit >>= 1;
-      }
-      rm |= bit;
+  if (src != dst && blocks > 1) {
+    // Blocks m and m + blocks/2 land at rev(m) and rev(m) + 1, so that
+    // together they write whole cache lines.
+    for (std::size_t m = 0, rm = 0; m < top; ++m, rm = nextReversed(rm, top)) {
+      Rows r;
+      r.load(src, q, m);
+      r.storeReversed(dst, q, rm);
+      r.load(src, q, m + top);
+      r.storeReversed(dst, q, rm + 1);
     }
+    return;
+  }
+  for (std::size_t m = 0, rm = 0; m < blocks; ++m, rm = nextReversed(rm, top)) {
     if (src != dst) {
       Rows r;
       r.load(src, q, m);
