@@ -286,29 +286,6 @@ ORV_AVX void blockedPassAvx(T* x, std::size_t n, std::size_t span, const T* pass
   }
 }
 
-// Two rows at a time: the four twiddled elements of rows p and p+1 are
-// paired by column, so that each work column takes two values at once.
-template <bool Inv, typename T>
-ORV_AVX void gatherAvx(const T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, T* work) {
-  using M = Mem<T>;
-  T* w0 = work;
-  T* w1 = work + 2 * rows;
-  T* w2 = work + 4 * rows;
-  T* w3 = work + 6 * rows;
-  for (std::size_t p = 0; p < rows; p += 2, step += 16) {
-    const T* e = x + 2 * (p * cols + c);
-    const T* f = e + 2 * cols;
-    const V2 e01 = twiddle<Inv>(M::load2(e), M::load2(step));
-    const V2 e23 = twiddle<Inv>(M::load2(e + 4), M::load2(step + 4));
-    const V2 f01 = twiddle<Inv>(M::load2(f), M::load2(step + 8));
-    const V2 f23 = twiddle<Inv>(M::load2(f + 4), M::load2(step + 12));
-    M::store2(w0 + 2 * p, _mm256_permute2f128_pd(e01, f01, 0x20));
-    M::store2(w1 + 2 * p, _mm256_permute2f128_pd(e01, f01, 0x31));
-    M::store2(w2 + 2 * p, _mm256_permute2f128_pd(e23, f23, 0x20));
-    M::store2(w3 + 2 * p, _mm256_permute2f128_pd(e23, f23, 0x31));
-  }
-}
-
 // ---- Bit reversal ---------------------------------------------------------------
 // Element i = a*Q + 4*m + b (Q = N/4, a and b of two bits) goes to
 // rev(b)*Q + 4*rev(m) + rev(a). For each m the four rows a of four elements
@@ -401,33 +378,129 @@ ORV_AVX void reverseAvx(const void* src, void* dst, int order) {
   }
 }
 
-// Four work columns back into columns c..c+3, four rows at a time by a
-// transposition in registers; only bits are moved.
-ORV_AVX void scatterAvx(float* x, std::size_t rows, std::size_t cols, std::size_t c, const float* work) {
-  const double* w = reinterpret_cast<const double*>(work);
-  for (std::size_t p = 0; p < rows; p += 4) {
-    const __m256d c0 = _mm256_loadu_pd(w + p), c1 = _mm256_loadu_pd(w + rows + p);
-    const __m256d c2 = _mm256_loadu_pd(w + 2 * rows + p), c3 = _mm256_loadu_pd(w + 3 * rows + p);
-    const __m256d t0 = _mm256_unpacklo_pd(c0, c1), t1 = _mm256_unpackhi_pd(c0, c1);
-    const __m256d t2 = _mm256_unpacklo_pd(c2, c3), t3 = _mm256_unpackhi_pd(c2, c3);
-    double* e = reinterpret_cast<double*>(x) + p * cols + c;
-    _mm256_storeu_pd(e, _mm256_permute2f128_pd(t0, t2, 0x20));
-    _mm256_storeu_pd(e + cols, _mm256_permute2f128_pd(t1, t3, 0x20));
-    _mm256_storeu_pd(e + 2 * cols, _mm256_permute2f128_pd(t0, t2, 0x31));
-    _mm256_storeu_pd(e + 3 * cols, _mm256_permute2f128_pd(t1, t3, 0x31));
+// ---- Four-step columns ------------------------------------------------------------
+// A group of four adjacent columns is transformed "vertically": the work
+// buffer holds the group row by row, element p being the four values of row
+// p, so that every butterfly of the column leaf runs on all four columns at
+// once (two registers) under one twiddle, with no shuffling of data. The
+// columns' arithmetic is that of the plain leaf, value for value.
+
+template <typename T>
+struct Row4 {
+  V2 lo, hi;  // columns 0, 1 and 2, 3
+};
+
+template <typename T>
+ORV_AVX_INLINE Row4<T> loadRow(const T* w, std::size_t i) {
+  return {Mem<T>::load2(w + 8 * i), Mem<T>::load2(w + 8 * i + 4)};
+}
+template <typename T>
+ORV_AVX_INLINE void storeRow(T* w, std::size_t i, Row4<T> v) {
+  Mem<T>::store2(w + 8 * i, v.lo);
+  Mem<T>::store2(w + 8 * i + 4, v.hi);
+}
+
+template <bool Inv, typename T>
+ORV_AVX_INLINE void combineRows(T* w, std::size_t i0, std::size_t q, Row4<T> a, Row4<T> b, Row4<T> c, Row4<T> d) {
+  Row4<T> y0, y1, y2, y3;
+  combine4<Inv>(a.lo, b.lo, c.lo, d.lo, y0.lo, y1.lo, y2.lo, y3.lo);
+  combine4<Inv>(a.hi, b.hi, c.hi, d.hi, y0.hi, y1.hi, y2.hi, y3.hi);
+  storeRow(w, i0, y0);
+  storeRow(w, i0 + q, y1);
+  storeRow(w, i0 + 2 * q, y2);
+  storeRow(w, i0 + 3 * q, y3);
+}
+
+template <bool Inv, typename T>
+ORV_AVX_INLINE Row4<T> twiddleRow(Row4<T> v, V2 w) {
+  return {twiddle<Inv>(v.lo, w), twiddle<Inv>(v.hi, w)};
+}
+
+// The stage list of the interleaved leaf on rows of four columns.
+template <bool Inv, typename T>
+ORV_AVX void leafRows(T* w, int order, const T* tab) {
+  using M = Mem<T>;
+  const std::size_t len = std::size_t(1) << order;
+  for (std::size_t g = 0; g < len; g += 4)
+    combineRows<Inv>(w, g, 1, loadRow(w, g), loadRow(w, g + 1), loadRow(w, g + 2), loadRow(w, g + 3));
+  std::size_t span = 16;
+  if (order & 1) {
+    const V2 r = _mm256_set1_pd(double(tab[6 * (len / 8)]));
+    for (std::size_t g = 0; g < len; g += 8) {
+      for (std::size_t j = 0; j < 4; ++j) {
+        const Row4<T> a = loadRow(w, g + j);
+        Row4<T> b = loadRow(w, g + j + 4);
+        if (j == 1) b = {eighth1<Inv>(b.lo, r), eighth1<Inv>(b.hi, r)};
+        else if (j == 2) b = {rotate<Inv>(b.lo), rotate<Inv>(b.hi)};
+        else if (j == 3) b = {eighth3<Inv>(b.lo, r), eighth3<Inv>(b.hi, r)};
+        storeRow(w, g + j, Row4<T>{_mm256_add_pd(a.lo, b.lo), _mm256_add_pd(a.hi, b.hi)});
+        storeRow(w, g + j + 4, Row4<T>{_mm256_sub_pd(a.lo, b.lo), _mm256_sub_pd(a.hi, b.hi)});
+      }
+    }
+    span = 32;
+  } else {
+    // span 16: j = 2 by the rotation and the sqrt(1/2) forms
+    const V2 r = _mm256_set1_pd(double(tab[6 * (len / 16) + 2]));
+    const std::size_t stride = len / 16;
+    for (std::size_t j = 0; j < 4; ++j) {
+      const T* t = tab + 6 * (j * stride);
+      const V2 w1 = M::broadcast(t), w2 = M::broadcast(t + 2), w3 = M::broadcast(t + 4);
+      for (std::size_t g = 0; g < len; g += 16) {
+        Row4<T> a = loadRow(w, g + j), b = loadRow(w, g + j + 4), c = loadRow(w, g + j + 8),
+                d = loadRow(w, g + j + 12);
+        if (j == 2) {
+          b = {rotate<Inv>(b.lo), rotate<Inv>(b.hi)};
+          c = {eighth1<Inv>(c.lo, r), eighth1<Inv>(c.hi, r)};
+          d = {eighth3<Inv>(d.lo, r), eighth3<Inv>(d.hi, r)};
+        } else if (j != 0) {
+          b = twiddleRow<Inv>(b, w2);
+          c = twiddleRow<Inv>(c, w1);
+          d = twiddleRow<Inv>(d, w3);
+        }
+        combineRows<Inv>(w, g + j, 4, a, b, c, d);
+      }
+    }
+    span = 64;
+  }
+  for (; span <= len; span *= 4) {
+    const std::size_t q = span / 4, stride = len / span;
+    for (std::size_t j = 0; j < q; ++j) {
+      const T* t = tab + 6 * (j * stride);
+      const V2 w1 = M::broadcast(t), w2 = M::broadcast(t + 2), w3 = M::broadcast(t + 4);
+      for (std::size_t g = 0; g < len; g += span) {
+        Row4<T> b = loadRow(w, g + j + q), c = loadRow(w, g + j + 2 * q), d = loadRow(w, g + j + 3 * q);
+        if (j != 0) {
+          b = twiddleRow<Inv>(b, w2);
+          c = twiddleRow<Inv>(c, w1);
+          d = twiddleRow<Inv>(d, w3);
+        }
+        combineRows<Inv>(w, g + j, q, loadRow(w, g + j), b, c, d);
+      }
+    }
   }
 }
 
-ORV_AVX void scatterAvx(double* x, std::size_t rows, std::size_t cols, std::size_t c, const double* work) {
-  for (std::size_t p = 0; p < rows; p += 2) {
-    // rows p and p+1 of the four columns
-    const __m256d c0 = _mm256_loadu_pd(work + 2 * p), c1 = _mm256_loadu_pd(work + 2 * (rows + p));
-    const __m256d c2 = _mm256_loadu_pd(work + 2 * (2 * rows + p)), c3 = _mm256_loadu_pd(work + 2 * (3 * rows + p));
-    double* e = x + 2 * (p * cols + c);
-    _mm256_storeu_pd(e, _mm256_permute2f128_pd(c0, c1, 0x20));
-    _mm256_storeu_pd(e + 4, _mm256_permute2f128_pd(c2, c3, 0x20));
-    _mm256_storeu_pd(e + 2 * cols, _mm256_permute2f128_pd(c0, c1, 0x31));
-    _mm256_storeu_pd(e + 2 * cols + 4, _mm256_permute2f128_pd(c2, c3, 0x31));
+// Columns c..c+3 of a rows x cols matrix: twiddled row by row into the work
+// buffer, transformed there, and copied back.
+template <bool Inv, typename T>
+ORV_AVX void columnsAvx(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, int s,
+                        const T* tab, T* work) {
+  using M = Mem<T>;
+  for (std::size_t p = 0; p < rows; ++p, step += 8) {
+    const T* e = x + 2 * (p * cols + c);
+    storeRow(work, p, Row4<T>{twiddle<Inv>(M::load2(e), M::load2(step)), twiddle<Inv>(M::load2(e + 4), M::load2(step + 4))});
+  }
+  leafRows<Inv>(work, s, tab);
+  // copies only: eight reals per row, moved as bits
+  for (std::size_t p = 0; p < rows; ++p) {
+    const double* from = reinterpret_cast<const double*>(work + 8 * p);
+    double* to = reinterpret_cast<double*>(x + 2 * (p * cols + c));
+    if (sizeof(T) == 4) {
+      _mm256_storeu_pd(to, _mm256_loadu_pd(from));
+    } else {
+      _mm256_storeu_pd(to, _mm256_loadu_pd(from));
+      _mm256_storeu_pd(to + 4, _mm256_loadu_pd(from + 4));
+    }
   }
 }
 
@@ -531,13 +604,9 @@ void blockedPass(T* x, std::size_t n, std::size_t span, const T* pass, std::size
 }
 
 template <bool Inv, typename T>
-void gatherColumns(const T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, T* work) {
-  gatherAvx<Inv>(x, rows, cols, c, step, work);
-}
-
-template <typename T>
-void scatterColumns(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* work) {
-  scatterAvx(x, rows, cols, c, work);
+void columnGroup(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, int s, const T* tab,
+                 T* work) {
+  columnsAvx<Inv>(x, rows, cols, c, step, s, tab, work);
 }
 
 template void leafInterleaved<false, float>(float*, int, const float*);
@@ -548,18 +617,18 @@ template void blockedPass<false, float>(float*, std::size_t, std::size_t, const 
 template void blockedPass<true, float>(float*, std::size_t, std::size_t, const float*, std::size_t);
 template void blockedPass<false, double>(double*, std::size_t, std::size_t, const double*, std::size_t);
 template void blockedPass<true, double>(double*, std::size_t, std::size_t, const double*, std::size_t);
-template void gatherColumns<false, float>(const float*, std::size_t, std::size_t, std::size_t, const float*, float*);
-template void gatherColumns<true, float>(const float*, std::size_t, std::size_t, std::size_t, const float*, float*);
-template void gatherColumns<false, double>(const double*, std::size_t, std::size_t, std::size_t, const double*,
-                                           double*);
-template void gatherColumns<true, double>(const double*, std::size_t, std::size_t, std::size_t, const double*,
-                                          double*);
+template void columnGroup<false, float>(float*, std::size_t, std::size_t, std::size_t, const float*, int,
+                                       const float*, float*);
+template void columnGroup<true, float>(float*, std::size_t, std::size_t, std::size_t, const float*, int,
+                                      const float*, float*);
+template void columnGroup<false, double>(double*, std::size_t, std::size_t, std::size_t, const double*, int,
+                                        const double*, double*);
+template void columnGroup<true, double>(double*, std::size_t, std::size_t, std::size_t, const double*, int,
+                                       const double*, double*);
 template bool reorder<float>(const float*, float*, int);
 template bool reorder<double>(const double*, double*, int);
 template std::size_t unpackForward<float>(float*, std::size_t, const float*);
 template std::size_t unpackForward<double>(double*, std::size_t, const double*);
-template void scatterColumns<float>(float*, std::size_t, std::size_t, std::size_t, const float*);
-template void scatterColumns<double>(double*, std::size_t, std::size_t, std::size_t, const double*);
 
 }  // namespace fast
 }  // namespace fft

@@ -441,13 +441,12 @@ template <bool Inv, typename T>
 void leafInterleaved(T* x, int order, const T* tab);
 template <bool Inv, typename T>
 void blockedPass(T* x, std::size_t n, std::size_t span, const T* pass, std::size_t stripe);
-// Twiddles four columns c..c+3 of a rows x cols matrix row by row and
-// gathers them into four interleaved work columns of `rows` elements.
+// The column step of a four-step level for columns c..c+3 of a rows x cols
+// matrix: step twiddles, a leaf of order s over each column (table `tab`),
+// results back in place. `work` holds rows x 4 complex values.
 template <bool Inv, typename T>
-void gatherColumns(const T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, T* work);
-// Writes four work columns back into columns c..c+3.
-template <typename T>
-void scatterColumns(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* work);
+void columnGroup(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, int s, const T* tab,
+                 T* work);
 }  // namespace fast
 
 // The leaf kernel of a data form; `Fast` lets the vector kernels serve.
@@ -571,9 +570,7 @@ void fourStepLevel(V x, int order, int level, const orvsFFTContext* ctx, bool sc
   if constexpr (!V::kSplit) {
     if (Fast && fast::available()) {
       for (std::size_t c = 0; c < cols; c += 4, step += 8 * rows) {
-        fast::gatherColumns<Inv>(x.p, rows, cols, c, step, work);
-        for (std::size_t q = 0; q < 4; ++q) fast::leafInterleaved<Inv>(work + 2 * q * rows, s, colTab);
-        fast::scatterColumns(x.p, rows, cols, c, work);
+        fast::columnGroup<Inv>(x.p, rows, cols, c, step, s, colTab, work);
       }
       return;
     }
