@@ -561,6 +561,33 @@ ORV_AVX std::size_t unpackAvx(T* x, std::size_t h, const T* tab) {
   return k;
 }
 
+// The inverse pass, from a spectrum in Perm positions (`src`, which may be
+// dst) into the half-length spectrum in dst, four pairs at a time.
+template <typename T>
+ORV_AVX std::size_t packAvx(const T* src, T* dst, std::size_t h, const T* tab) {
+  using C = Cx4<T>;
+  std::size_t k = 1;
+  for (; 2 * k + 6 < h; k += 4) {
+    const std::size_t m = h - k;
+    __m256d lo, hi;
+    C::load(src + 2 * k, lo, hi);
+    const __m256d a = _mm256_unpacklo_pd(lo, hi), c = _mm256_unpackhi_pd(lo, hi);
+    C::load(src + 2 * (m - 3), lo, hi);
+    const __m256d b = swapHalves(_mm256_unpacklo_pd(hi, lo)), d = swapHalves(_mm256_unpackhi_pd(hi, lo));
+    C::load(tab + 2 * k, lo, hi);
+    const __m256d cs = _mm256_unpacklo_pd(lo, hi), sn = _mm256_unpackhi_pd(lo, hi);
+    const __m256d p = _mm256_sub_pd(a, b), q = _mm256_add_pd(c, d);
+    const __m256d u = _mm256_sub_pd(_mm256_mul_pd(sn, p), _mm256_mul_pd(cs, q));
+    const __m256d v = _mm256_add_pd(_mm256_mul_pd(cs, p), _mm256_mul_pd(sn, q));
+    const __m256d sum = _mm256_add_pd(a, b), dif = _mm256_sub_pd(c, d);
+    const __m256d kre = _mm256_add_pd(sum, u), kim = _mm256_add_pd(v, dif);
+    const __m256d mre = swapHalves(_mm256_sub_pd(sum, u)), mim = swapHalves(_mm256_sub_pd(v, dif));
+    C::store(dst + 2 * k, _mm256_unpacklo_pd(kre, kim), _mm256_unpackhi_pd(kre, kim));
+    C::store(dst + 2 * (m - 3), _mm256_unpackhi_pd(mre, mim), _mm256_unpacklo_pd(mre, mim));
+  }
+  return k;
+}
+
 }  // namespace
 #pragma GCC pop_options
 
@@ -625,10 +652,17 @@ template void columnGroup<false, double>(double*, std::size_t, std::size_t, std:
                                         const double*, double*);
 template void columnGroup<true, double>(double*, std::size_t, std::size_t, std::size_t, const double*, int,
                                        const double*, double*);
+template <typename T>
+std::size_t packInverse(const T* src, T* dst, std::size_t h, const T* tab) {
+  return available() ? packAvx(src, dst, h, tab) : 1;
+}
+
 template bool reorder<float>(const float*, float*, int);
 template bool reorder<double>(const double*, double*, int);
 template std::size_t unpackForward<float>(float*, std::size_t, const float*);
 template std::size_t unpackForward<double>(double*, std::size_t, const double*);
+template std::size_t packInverse<float>(const float*, float*, std::size_t, const float*);
+template std::size_t packInverse<double>(const double*, double*, std::size_t, const double*);
 
 }  // namespace fast
 }  // namespace fft

@@ -437,6 +437,10 @@ bool reorder(const T* src, T* dst, int order);
 // as they go four at a time; returns the first k left to do.
 template <typename T>
 std::size_t unpackForward(T* x, std::size_t h, const T* tab);
+// The same for the packing pass of the inverse real FFT, from src (which may
+// be dst) into dst.
+template <typename T>
+std::size_t packInverse(const T* src, T* dst, std::size_t h, const T* tab);
 template <bool Inv, typename T>
 void leafInterleaved(T* x, int order, const T* tab);
 template <bool Inv, typename T>

@@ -209,7 +209,7 @@ void packInverse(const T* source, T* dst, double a, double b, std::size_t n, con
   const std::size_t h = n / 2;
   dst[0] = T(a + b);
   dst[1] = T(a - b);
-  for (std::size_t k = 1; k < h / 2; ++k) {
+  for (std::size_t k = fast::packInverse(source, dst, h, tab); k < h / 2; ++k) {
     const std::size_t m = h - k;
     const double C = tab[2 * k], S = tab[2 * k + 1];
     const double ak = source[2 * k], bk = source[2 * m], c = source[2 * k + 1], d = source[2 * m + 1];
