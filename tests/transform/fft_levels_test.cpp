@@ -195,12 +195,12 @@ void compareReal(int order, int flag, const std::vector<T>& x, const std::string
   ASSERT_EQ(F::init(&ctx, order, flag, 0), orvOk);
   const std::size_t n = std::size_t(1) << order;
   for (Layout k : {Layout::Perm, Layout::Pack, Layout::Ccs}) {
-    const std::size_t spec = k == Layout::Ccs ? n + 2 : n;
-    std::vector<T> wantF(spec), wantI(n);
+    const std::size_t reals = k == Layout::Ccs ? n + 2 : n;
+    std::vector<T> wantF(reals), wantI(n);
     {
       LevelCap plain(kPlain);
       std::vector<T> src = x;
-      src.resize(spec);
+      src.resize(reals);
       ASSERT_EQ(F::fwd(k, src.data(), wantF.data(), ctx), orvOk);
       ASSERT_EQ(F::inv(k, wantF.data(), wantI.data(), ctx), orvOk);
     }
@@ -209,8 +209,8 @@ void compareReal(int order, int flag, const std::vector<T>& x, const std::string
       const std::string what = std::string(sizeof(T) == 4 ? "32f" : "64f") + " order " + std::to_string(order) +
                                " flag " + std::to_string(flag) + " layout " + std::to_string(int(k)) + " level " +
                                std::to_string(l) + " " + data;
-      std::vector<T> src = x, out(spec);
-      src.resize(spec);
+      std::vector<T> src = x, out(reals);
+      src.resize(reals);
       ASSERT_EQ(F::fwd(k, src.data(), out.data(), ctx), orvOk);
       expectSameBits(out, wantF, what + " forward");
       ASSERT_EQ(F::fwd(k, src.data(), src.data(), ctx), orvOk);
