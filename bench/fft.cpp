@@ -140,7 +140,7 @@ void BM_kissfft_forward(benchmark::State& state) {
 
 void orvbenchRegister() {
   using orvbench::addWithArg;
-  for (int order : {6, 8, 10, 12, 14, 16, 20}) {
+  for (int order : {6, 8, 10, 11, 12, 13, 14, 15, 16, 20}) {
     const std::int64_t n = std::int64_t{1} << order;
     addWithArg("fft", "c2c_32fc", "orvspx", n, BM_orvsFFTFwd_CToC_32fc, order);
     addWithArg("fft", "c2c_64fc", "orvspx", n, BM_orvsFFTFwd_CToC_64fc, order);

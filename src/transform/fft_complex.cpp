@@ -81,11 +81,7 @@ orvStatus transformInterleaved(const T* src, T* dst, const orvsFFTContext* ctx, 
   }
   WorkArea work(ctx->workBytes, workBuffer);
   if (work.failed()) return orvErrNoMemory;
-  struct Pair {
-    T re, im;
-  };
-  if (src == dst) reorderInPlace(ctx->bitReversal, order, reinterpret_cast<Pair*>(dst));
-  else reorderCopy(ctx->bitReversal, order, reinterpret_cast<const Pair*>(src), reinterpret_cast<Pair*>(dst));
+  reorderComplex(ctx->bitReversal, order, src, dst);
   runComplex<Inv>(Interleaved<T>{dst}, order, ctx, scaled, scale, work.get());
   return orvOk;
 }

@@ -1,10 +1,14 @@
-// AVX versions of the interleaved FFT kernels. A register holds two complex
-// values as [re0 im0 re1 im1] in double; float data are widened on loading
-// and rounded on storing, as the plain kernels do. Every lane does exactly
-// the double operations of the plain butterfly in the same order (a complex
-// product is two rounded products and one rounded sum or difference), so the
-// results are bit-identical to the plain templates.
+// AVX versions of the interleaved FFT kernels, of the bit-reversed
+// reordering and of the real FFT's unpacking pass. A register holds two
+// complex values as [re0 im0 re1 im1] in double (or four reals of one kind);
+// float data are widened on loading and rounded on storing, as the plain
+// kernels do. Every lane does exactly the double operations of the plain code
+// in the same order (a complex product is two rounded products and one
+// rounded sum or difference), so the results are bit-identical to the plain
+// templates.
 #include <immintrin.h>
+
+#include <atomic>
 
 #include "transform/fft_internal.hpp"
 
@@ -261,43 +265,359 @@ ORV_AVX void blockedPassAvx(T* x, std::size_t n, std::size_t span, const T* pass
   const std::size_t half = span / 2;
   for (std::size_t p = 0; p < half; p += stripe) {
     for (std::size_t g = 0; g < n; g += 2 * span) {
-      for (int run = 0; run < 2; ++run) {
-        T* base = x + 2 * (g + p + (run ? half : 0));
-        for (std::size_t j = 0; j < stripe; j += 2) {
-          const T* w = pass + 2 * (p + j) * stride;
-          const V2 tw = M::loadPair(w, w + 2 * stride);
-          T* o = base + 2 * j;
-          const V2 a = M::load2(o);
-          V2 b = twiddle<Inv>(M::load2(o + 2 * span), tw);
-          if (run) b = rotate<Inv>(b);
-          M::store2(o, _mm256_add_pd(a, b));
-          M::store2(o + 2 * span, _mm256_sub_pd(a, b));
-        }
+      // the two runs share each twiddle: offset p + j under W, and
+      // half + p + j under -i W
+      T* base = x + 2 * (g + p);
+      for (std::size_t j = 0; j < stripe; j += 2) {
+        const T* w = pass + 2 * (p + j) * stride;
+        const V2 tw = stride == 1 ? M::load2(w) : M::loadPair(w, w + 2 * stride);
+        T* o = base + 2 * j;
+        const V2 a = M::load2(o);
+        const V2 b = twiddle<Inv>(M::load2(o + 2 * span), tw);
+        M::store2(o, _mm256_add_pd(a, b));
+        M::store2(o + 2 * span, _mm256_sub_pd(a, b));
+        T* o2 = o + 2 * half;
+        const V2 a2 = M::load2(o2);
+        const V2 b2 = rotate<Inv>(twiddle<Inv>(M::load2(o2 + 2 * span), tw));
+        M::store2(o2, _mm256_add_pd(a2, b2));
+        M::store2(o2 + 2 * span, _mm256_sub_pd(a2, b2));
       }
     }
   }
 }
 
+// ---- Bit reversal ---------------------------------------------------------------
+// Element i = a*Q + 4*m + b (Q = N/4, a and b of two bits) goes to
+// rev(b)*Q + 4*rev(m) + rev(a). For each m the four rows a of four elements
+// are transposed in registers: output row b, stored at quarter rev(b), holds
+// element b of the rows 0, 2, 1, 3. Only bits are moved.
+
+// Elements of 8 bytes (complex float), one row per register.
+struct Rows8 {
+  __m256d r[4];
+  ORV_AVX_INLINE void load(const void* base, std::size_t q, std::size_t m) {
+    const double* p = static_cast<const double*>(base) + 4 * m;
+    for (std::size_t a = 0; a < 4; ++a) r[a] = _mm256_loadu_pd(p + a * q);
+  }
+  ORV_AVX_INLINE void storeReversed(void* base, std::size_t q, std::size_t rm) const {
+    double* p = static_cast<double*>(base) + 4 * rm;
+    const __m256d t0 = _mm256_unpacklo_pd(r[0], r[2]), t1 = _mm256_unpackhi_pd(r[0], r[2]);
+    const __m256d t2 = _mm256_unpacklo_pd(r[1], r[3]), t3 = _mm256_unpackhi_pd(r[1], r[3]);
+    _mm256_storeu_pd(p, _mm256_permute2f128_pd(t0, t2, 0x20));
+    _mm256_storeu_pd(p + 2 * q, _mm256_permute2f128_pd(t1, t3, 0x20));
+    _mm256_storeu_pd(p + q, _mm256_permute2f128_pd(t0, t2, 0x31));
+    _mm256_storeu_pd(p + 3 * q, _mm256_permute2f128_pd(t1, t3, 0x31));
+  }
+};
+
+// Elements of 16 bytes (complex double), one row in two registers.
+struct Rows16 {
+  __m256d lo[4], hi[4];
+  ORV_AVX_INLINE void load(const void* base, std::size_t q, std::size_t m) {
+    const double* p = static_cast<const double*>(base) + 8 * m;
+    for (std::size_t a = 0; a < 4; ++a) {
+      lo[a] = _mm256_loadu_pd(p + 2 * a * q);
+      hi[a] = _mm256_loadu_pd(p + 2 * a * q + 4);
+    }
+  }
+  ORV_AVX_INLINE void storeReversed(void* base, std::size_t q, std::size_t rm) const {
+    double* p = static_cast<double*>(base) + 8 * rm;
+    // output row b: element b of rows 0 and 2 (low half), of rows 1 and 3 (high half)
+    auto row = [&](double* o, __m256d s0, __m256d s2, __m256d s1, __m256d s3, int sel) {
+      _mm256_storeu_pd(o, _mm256_permute2f128_pd(s0, s2, sel));
+      _mm256_storeu_pd(o + 4, _mm256_permute2f128_pd(s1, s3, sel));
+    };
+    row(p, lo[0], lo[2], lo[1], lo[3], 0x20);
+    row(p + 4 * q, lo[0], lo[2], lo[1], lo[3], 0x31);
+    row(p + 2 * q, hi[0], hi[2], hi[1], hi[3], 0x20);
+    row(p + 6 * q, hi[0], hi[2], hi[1], hi[3], 0x31);
+  }
+};
+
+// Steps r to the bit reversal of the next counter value, the reversal being
+// over the bits below 2*top.
+ORV_AVX_INLINE std::size_t nextReversed(std::size_t r, std::size_t top) {
+  std::size_t bit = top;
+  while (r & bit) {
+    r ^= bit;
+    bit >>= 1;
+  }
+  return r | bit;
+}
+
+template <class Rows>
+ORV_AVX void reverseAvx(const void* src, void* dst, int order) {
+  const std::size_t q = std::size_t(1) << (order - 2);
+  const std::size_t blocks = std::size_t(1) << (order - 4);
+  const std::size_t top = blocks / 2;  // highest bit of m
+  if (src != dst && blocks > 1) {
+    // Blocks m and m + blocks/2 land at rev(m) and rev(m) + 1, so that
+    // together they write whole cache lines.
+    for (std::size_t m = 0, rm = 0; m < top; ++m, rm = nextReversed(rm, top)) {
+      Rows r;
+      r.load(src, q, m);
+      r.storeReversed(dst, q, rm);
+      r.load(src, q, m + top);
+      r.storeReversed(dst, q, rm + 1);
+    }
+    return;
+  }
+  for (std::size_t m = 0, rm = 0; m < blocks; ++m, rm = nextReversed(rm, top)) {
+    if (src != dst) {
+      Rows r;
+      r.load(src, q, m);
+      r.storeReversed(dst, q, rm);
+    } else if (m <= rm) {
+      // in place: blocks m and rev(m) trade places
+      Rows r, s;
+      r.load(src, q, m);
+      s.load(src, q, rm);
+      r.storeReversed(dst, q, rm);
+      s.storeReversed(dst, q, m);
+    }
+  }
+}
+
+// ---- Four-step columns ------------------------------------------------------------
+// A group of four adjacent columns is transformed "vertically": the work
+// buffer holds the group row by row, element p being the four values of row
+// p, so that every butterfly of the column leaf runs on all four columns at
+// once (two registers) under one twiddle, with no shuffling of data. The
+// columns' arithmetic is that of the plain leaf, value for value.
+
+template <typename T>
+struct Row4 {
+  V2 lo, hi;  // columns 0, 1 and 2, 3
+};
+
+template <typename T>
+ORV_AVX_INLINE Row4<T> loadRow(const T* w, std::size_t i) {
+  return {Mem<T>::load2(w + 8 * i), Mem<T>::load2(w + 8 * i + 4)};
+}
+template <typename T>
+ORV_AVX_INLINE void storeRow(T* w, std::size_t i, Row4<T> v) {
+  Mem<T>::store2(w + 8 * i, v.lo);
+  Mem<T>::store2(w + 8 * i + 4, v.hi);
+}
+
 template <bool Inv, typename T>
-ORV_AVX void gatherAvx(const T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, T* work) {
+ORV_AVX_INLINE void combineRows(T* w, std::size_t i0, std::size_t q, Row4<T> a, Row4<T> b, Row4<T> c, Row4<T> d) {
+  Row4<T> y0, y1, y2, y3;
+  combine4<Inv>(a.lo, b.lo, c.lo, d.lo, y0.lo, y1.lo, y2.lo, y3.lo);
+  combine4<Inv>(a.hi, b.hi, c.hi, d.hi, y0.hi, y1.hi, y2.hi, y3.hi);
+  storeRow(w, i0, y0);
+  storeRow(w, i0 + q, y1);
+  storeRow(w, i0 + 2 * q, y2);
+  storeRow(w, i0 + 3 * q, y3);
+}
+
+template <bool Inv, typename T>
+ORV_AVX_INLINE Row4<T> twiddleRow(Row4<T> v, V2 w) {
+  return {twiddle<Inv>(v.lo, w), twiddle<Inv>(v.hi, w)};
+}
+
+// The stage list of the interleaved leaf on rows of four columns.
+template <bool Inv, typename T>
+ORV_AVX void leafRows(T* w, int order, const T* tab) {
   using M = Mem<T>;
-  T* w0 = work;
-  T* w1 = work + 2 * rows;
-  T* w2 = work + 4 * rows;
-  T* w3 = work + 6 * rows;
+  const std::size_t len = std::size_t(1) << order;
+  for (std::size_t g = 0; g < len; g += 4)
+    combineRows<Inv>(w, g, 1, loadRow(w, g), loadRow(w, g + 1), loadRow(w, g + 2), loadRow(w, g + 3));
+  std::size_t span = 16;
+  if (order & 1) {
+    const V2 r = _mm256_set1_pd(double(tab[6 * (len / 8)]));
+    for (std::size_t g = 0; g < len; g += 8) {
+      for (std::size_t j = 0; j < 4; ++j) {
+        const Row4<T> a = loadRow(w, g + j);
+        Row4<T> b = loadRow(w, g + j + 4);
+        if (j == 1) b = {eighth1<Inv>(b.lo, r), eighth1<Inv>(b.hi, r)};
+        else if (j == 2) b = {rotate<Inv>(b.lo), rotate<Inv>(b.hi)};
+        else if (j == 3) b = {eighth3<Inv>(b.lo, r), eighth3<Inv>(b.hi, r)};
+        storeRow(w, g + j, Row4<T>{_mm256_add_pd(a.lo, b.lo), _mm256_add_pd(a.hi, b.hi)});
+        storeRow(w, g + j + 4, Row4<T>{_mm256_sub_pd(a.lo, b.lo), _mm256_sub_pd(a.hi, b.hi)});
+      }
+    }
+    span = 32;
+  } else {
+    // span 16: j = 2 by the rotation and the sqrt(1/2) forms
+    const V2 r = _mm256_set1_pd(double(tab[6 * (len / 16) + 2]));
+    const std::size_t stride = len / 16;
+    for (std::size_t j = 0; j < 4; ++j) {
+      const T* t = tab + 6 * (j * stride);
+      const V2 w1 = M::broadcast(t), w2 = M::broadcast(t + 2), w3 = M::broadcast(t + 4);
+      for (std::size_t g = 0; g < len; g += 16) {
+        Row4<T> a = loadRow(w, g + j), b = loadRow(w, g + j + 4), c = loadRow(w, g + j + 8),
+                d = loadRow(w, g + j + 12);
+        if (j == 2) {
+          b = {rotate<Inv>(b.lo), rotate<Inv>(b.hi)};
+          c = {eighth1<Inv>(c.lo, r), eighth1<Inv>(c.hi, r)};
+          d = {eighth3<Inv>(d.lo, r), eighth3<Inv>(d.hi, r)};
+        } else if (j != 0) {
+          b = twiddleRow<Inv>(b, w2);
+          c = twiddleRow<Inv>(c, w1);
+          d = twiddleRow<Inv>(d, w3);
+        }
+        combineRows<Inv>(w, g + j, 4, a, b, c, d);
+      }
+    }
+    span = 64;
+  }
+  for (; span <= len; span *= 4) {
+    const std::size_t q = span / 4, stride = len / span;
+    for (std::size_t j = 0; j < q; ++j) {
+      const T* t = tab + 6 * (j * stride);
+      const V2 w1 = M::broadcast(t), w2 = M::broadcast(t + 2), w3 = M::broadcast(t + 4);
+      for (std::size_t g = 0; g < len; g += span) {
+        Row4<T> b = loadRow(w, g + j + q), c = loadRow(w, g + j + 2 * q), d = loadRow(w, g + j + 3 * q);
+        if (j != 0) {
+          b = twiddleRow<Inv>(b, w2);
+          c = twiddleRow<Inv>(c, w1);
+          d = twiddleRow<Inv>(d, w3);
+        }
+        combineRows<Inv>(w, g + j, q, loadRow(w, g + j), b, c, d);
+      }
+    }
+  }
+}
+
+// Columns c..c+3 of a rows x cols matrix: twiddled row by row into the work
+// buffer, transformed there, and copied back.
+template <bool Inv, typename T>
+ORV_AVX void columnsAvx(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, int s,
+                        const T* tab, T* work) {
+  using M = Mem<T>;
   for (std::size_t p = 0; p < rows; ++p, step += 8) {
     const T* e = x + 2 * (p * cols + c);
-    M::storePair(w0 + 2 * p, w1 + 2 * p, twiddle<Inv>(M::load2(e), M::load2(step)));
-    M::storePair(w2 + 2 * p, w3 + 2 * p, twiddle<Inv>(M::load2(e + 4), M::load2(step + 4)));
+    storeRow(work, p, Row4<T>{twiddle<Inv>(M::load2(e), M::load2(step)), twiddle<Inv>(M::load2(e + 4), M::load2(step + 4))});
   }
+  leafRows<Inv>(work, s, tab);
+  // copies only: eight reals per row, moved as bits
+  for (std::size_t p = 0; p < rows; ++p) {
+    const double* from = reinterpret_cast<const double*>(work + 8 * p);
+    double* to = reinterpret_cast<double*>(x + 2 * (p * cols + c));
+    if (sizeof(T) == 4) {
+      _mm256_storeu_pd(to, _mm256_loadu_pd(from));
+    } else {
+      _mm256_storeu_pd(to, _mm256_loadu_pd(from));
+      _mm256_storeu_pd(to + 4, _mm256_loadu_pd(from + 4));
+    }
+  }
+}
+
+// ---- Unpacking pass of the real FFT ---------------------------------------------
+// Four pairs (k, H-k) at a time, the four k ascending and the four H-k
+// descending. Real and imaginary parts go to separate registers in the lane
+// order k, k+2, k+1, k+3 (for the H-k side after swapping halves), where
+// each lane does the plain pass's double operations.
+
+template <typename T>
+struct Cx4;
+template <>
+struct Cx4<double> {
+  static ORV_AVX_INLINE void load(const double* p, __m256d& lo, __m256d& hi) {
+    lo = _mm256_loadu_pd(p);
+    hi = _mm256_loadu_pd(p + 4);
+  }
+  static ORV_AVX_INLINE void store(double* p, __m256d lo, __m256d hi) {
+    _mm256_storeu_pd(p, lo);
+    _mm256_storeu_pd(p + 4, hi);
+  }
+};
+template <>
+struct Cx4<float> {
+  static ORV_AVX_INLINE void load(const float* p, __m256d& lo, __m256d& hi) {
+    lo = _mm256_cvtps_pd(_mm_loadu_ps(p));
+    hi = _mm256_cvtps_pd(_mm_loadu_ps(p + 4));
+  }
+  static ORV_AVX_INLINE void store(float* p, __m256d lo, __m256d hi) {
+    _mm_storeu_ps(p, _mm256_cvtpd_ps(lo));
+    _mm_storeu_ps(p + 4, _mm256_cvtpd_ps(hi));
+  }
+};
+
+ORV_AVX_INLINE __m256d swapHalves(__m256d v) { return _mm256_permute2f128_pd(v, v, 0x01); }
+
+template <typename T>
+ORV_AVX std::size_t unpackAvx(T* x, std::size_t h, const T* tab) {
+  using C = Cx4<T>;
+  std::size_t k = 1;
+  for (; 2 * k + 6 < h; k += 4) {
+    const std::size_t m = h - k;
+    __m256d lo, hi;
+    C::load(x + 2 * k, lo, hi);
+    const __m256d a = _mm256_unpacklo_pd(lo, hi), c = _mm256_unpackhi_pd(lo, hi);
+    C::load(x + 2 * (m - 3), lo, hi);
+    const __m256d b = swapHalves(_mm256_unpacklo_pd(hi, lo)), d = swapHalves(_mm256_unpackhi_pd(hi, lo));
+    C::load(tab + 2 * k, lo, hi);
+    const __m256d A = _mm256_unpacklo_pd(lo, hi), B = _mm256_unpackhi_pd(lo, hi);
+    const __m256d p = _mm256_sub_pd(a, b), q = _mm256_add_pd(c, d);
+    const __m256d u = _mm256_add_pd(_mm256_mul_pd(A, q), _mm256_mul_pd(B, p));
+    const __m256d v = _mm256_sub_pd(_mm256_mul_pd(B, q), _mm256_mul_pd(A, p));
+    const __m256d kre = _mm256_add_pd(b, u), kim = _mm256_sub_pd(v, d);
+    const __m256d mre = swapHalves(_mm256_sub_pd(a, u)), mim = swapHalves(_mm256_sub_pd(v, c));
+    C::store(x + 2 * k, _mm256_unpacklo_pd(kre, kim), _mm256_unpackhi_pd(kre, kim));
+    C::store(x + 2 * (m - 3), _mm256_unpackhi_pd(mre, mim), _mm256_unpacklo_pd(mre, mim));
+  }
+  return k;
+}
+
+// The inverse pass, from a spectrum in Perm positions (`src`, which may be
+// dst) into the half-length spectrum in dst, four pairs at a time.
+template <typename T>
+ORV_AVX std::size_t packAvx(const T* src, T* dst, std::size_t h, const T* tab) {
+  using C = Cx4<T>;
+  std::size_t k = 1;
+  for (; 2 * k + 6 < h; k += 4) {
+    const std::size_t m = h - k;
+    __m256d lo, hi;
+    C::load(src + 2 * k, lo, hi);
+    const __m256d a = _mm256_unpacklo_pd(lo, hi), c = _mm256_unpackhi_pd(lo, hi);
+    C::load(src + 2 * (m - 3), lo, hi);
+    const __m256d b = swapHalves(_mm256_unpacklo_pd(hi, lo)), d = swapHalves(_mm256_unpackhi_pd(hi, lo));
+    C::load(tab + 2 * k, lo, hi);
+    const __m256d cs = _mm256_unpacklo_pd(lo, hi), sn = _mm256_unpackhi_pd(lo, hi);
+    const __m256d p = _mm256_sub_pd(a, b), q = _mm256_add_pd(c, d);
+    const __m256d u = _mm256_sub_pd(_mm256_mul_pd(sn, p), _mm256_mul_pd(cs, q));
+    const __m256d v = _mm256_add_pd(_mm256_mul_pd(cs, p), _mm256_mul_pd(sn, q));
+    const __m256d sum = _mm256_add_pd(a, b), dif = _mm256_sub_pd(c, d);
+    const __m256d kre = _mm256_add_pd(sum, u), kim = _mm256_add_pd(v, dif);
+    const __m256d mre = swapHalves(_mm256_sub_pd(sum, u)), mim = swapHalves(_mm256_sub_pd(v, dif));
+    C::store(dst + 2 * k, _mm256_unpacklo_pd(kre, kim), _mm256_unpackhi_pd(kre, kim));
+    C::store(dst + 2 * (m - 3), _mm256_unpackhi_pd(mre, mim), _mm256_unpacklo_pd(mre, mim));
+  }
+  return k;
 }
 
 }  // namespace
 #pragma GCC pop_options
 
-bool available() {
-  static const bool has = __builtin_cpu_supports("avx");
-  return has;
+namespace {
+
+int processorLevel() { return __builtin_cpu_supports("avx") ? kAvx : kPlain; }
+
+std::atomic<int> gLevelCap{kAvx};
+
+}  // namespace
+
+int level() {
+  static const int has = processorLevel();
+  const int cap = gLevelCap.load(std::memory_order_relaxed);
+  return has < cap ? has : cap;
+}
+
+void limitLevel(int cap) { gLevelCap.store(cap, std::memory_order_relaxed); }
+
+template <typename T>
+bool reorder(const T* src, T* dst, int order) {
+  if (order < 4 || !available()) return false;
+  if (sizeof(T) == 4) reverseAvx<Rows8>(src, dst, order);
+  else reverseAvx<Rows16>(src, dst, order);
+  return true;
+}
+
+template <typename T>
+std::size_t unpackForward(T* x, std::size_t h, const T* tab) {
+  return available() ? unpackAvx(x, h, tab) : 1;
 }
 
 template <bool Inv, typename T>
@@ -311,20 +631,9 @@ void blockedPass(T* x, std::size_t n, std::size_t span, const T* pass, std::size
 }
 
 template <bool Inv, typename T>
-void gatherColumns(const T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, T* work) {
-  gatherAvx<Inv>(x, rows, cols, c, step, work);
-}
-
-template <typename T>
-void scatterColumns(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* work) {
-  // plain element copies: nothing is computed on the way back
-  for (std::size_t p = 0; p < rows; ++p) {
-    T* e = x + 2 * (p * cols + c);
-    for (std::size_t q = 0; q < 4; ++q) {
-      e[2 * q] = work[2 * (q * rows + p)];
-      e[2 * q + 1] = work[2 * (q * rows + p) + 1];
-    }
-  }
+void columnGroup(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, int s, const T* tab,
+                 T* work) {
+  columnsAvx<Inv>(x, rows, cols, c, step, s, tab, work);
 }
 
 template void leafInterleaved<false, float>(float*, int, const float*);
@@ -335,14 +644,25 @@ template void blockedPass<false, float>(float*, std::size_t, std::size_t, const 
 template void blockedPass<true, float>(float*, std::size_t, std::size_t, const float*, std::size_t);
 template void blockedPass<false, double>(double*, std::size_t, std::size_t, const double*, std::size_t);
 template void blockedPass<true, double>(double*, std::size_t, std::size_t, const double*, std::size_t);
-template void gatherColumns<false, float>(const float*, std::size_t, std::size_t, std::size_t, const float*, float*);
-template void gatherColumns<true, float>(const float*, std::size_t, std::size_t, std::size_t, const float*, float*);
-template void gatherColumns<false, double>(const double*, std::size_t, std::size_t, std::size_t, const double*,
-                                           double*);
-template void gatherColumns<true, double>(const double*, std::size_t, std::size_t, std::size_t, const double*,
-                                          double*);
-template void scatterColumns<float>(float*, std::size_t, std::size_t, std::size_t, const float*);
-template void scatterColumns<double>(double*, std::size_t, std::size_t, std::size_t, const double*);
+template void columnGroup<false, float>(float*, std::size_t, std::size_t, std::size_t, const float*, int,
+                                       const float*, float*);
+template void columnGroup<true, float>(float*, std::size_t, std::size_t, std::size_t, const float*, int,
+                                      const float*, float*);
+template void columnGroup<false, double>(double*, std::size_t, std::size_t, std::size_t, const double*, int,
+                                        const double*, double*);
+template void columnGroup<true, double>(double*, std::size_t, std::size_t, std::size_t, const double*, int,
+                                       const double*, double*);
+template <typename T>
+std::size_t packInverse(const T* src, T* dst, std::size_t h, const T* tab) {
+  return available() ? packAvx(src, dst, h, tab) : 1;
+}
+
+template bool reorder<float>(const float*, float*, int);
+template bool reorder<double>(const double*, double*, int);
+template std::size_t unpackForward<float>(float*, std::size_t, const float*);
+template std::size_t unpackForward<double>(double*, std::size_t, const double*);
+template std::size_t packInverse<float>(const float*, float*, std::size_t, const float*);
+template std::size_t packInverse<double>(const double*, double*, std::size_t, const double*);
 
 }  // namespace fast
 }  // namespace fft

@@ -420,18 +420,37 @@ inline void leafSplit(V x, int order, const T* tab) {
 // butterfly, the very double operations of the plain templates above, so the
 // results are bit-identical; they run only where the processor has them.
 namespace fast {
-bool available();
+// Instruction-set levels of the vector kernels. level() is the best one the
+// processor supports; a kernel of a higher level is never chosen.
+enum Level : int { kPlain = 0, kAvx = 1 };
+int level();
+inline bool available() { return level() >= kAvx; }
+// Caps level(), so that the tests can run every level the processor has.
+// Internal to the library (not exported); nothing but the tests calls it.
+void limitLevel(int cap);
+// The bit-reversed permutation of 2^order interleaved complex values, out of
+// place or (src == dst) in place. False, with nothing done, where it has no
+// vector version (orders below 4).
+template <typename T>
+bool reorder(const T* src, T* dst, int order);
+// The pairs (k, h-k) of the real FFT's unpacking pass from k = 1 on, as far
+// as they go four at a time; returns the first k left to do.
+template <typename T>
+std::size_t unpackForward(T* x, std::size_t h, const T* tab);
+// The same for the packing pass of the inverse real FFT, from src (which may
+// be dst) into dst.
+template <typename T>
+std::size_t packInverse(const T* src, T* dst, std::size_t h, const T* tab);
 template <bool Inv, typename T>
 void leafInterleaved(T* x, int order, const T* tab);
 template <bool Inv, typename T>
 void blockedPass(T* x, std::size_t n, std::size_t span, const T* pass, std::size_t stripe);
-// Twiddles four columns c..c+3 of a rows x cols matrix row by row and
-// gathers them into four interleaved work columns of `rows` elements.
+// The column step of a four-step level for columns c..c+3 of a rows x cols
+// matrix: step twiddles, a leaf of order s over each column (table `tab`),
+// results back in place. `work` holds rows x 4 complex values.
 template <bool Inv, typename T>
-void gatherColumns(const T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, T* work);
-// Writes four work columns back into columns c..c+3.
-template <typename T>
-void scatterColumns(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* work);
+void columnGroup(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, int s, const T* tab,
+                 T* work);
 }  // namespace fast
 
 // The leaf kernel of a data form; `Fast` lets the vector kernels serve.
@@ -443,6 +462,18 @@ inline void leaf(V x, int order, const T* tab) {
     if (Fast && fast::available()) fast::leafInterleaved<Inv>(x.p, order, tab);
     else leafInterleaved<Inv>(x, order, tab);
   }
+}
+
+// The bit-reversed permutation of 2^order interleaved complex values, in
+// place when src equals dst.
+template <typename T>
+inline void reorderComplex(const orv32s* list, int order, const T* src, T* dst) {
+  if (fast::reorder(src, dst, order)) return;
+  struct Pair {
+    T re, im;
+  };
+  if (src == dst) reorderInPlace(list, order, reinterpret_cast<Pair*>(dst));
+  else reorderCopy(list, order, reinterpret_cast<const Pair*>(src), reinterpret_cast<Pair*>(dst));
 }
 
 // ---- Blocked radix-2 path -------------------------------------------------
@@ -543,9 +574,7 @@ void fourStepLevel(V x, int order, int level, const orvsFFTContext* ctx, bool sc
   if constexpr (!V::kSplit) {
     if (Fast && fast::available()) {
       for (std::size_t c = 0; c < cols; c += 4, step += 8 * rows) {
-        fast::gatherColumns<Inv>(x.p, rows, cols, c, step, work);
-        for (std::size_t q = 0; q < 4; ++q) fast::leafInterleaved<Inv>(work + 2 * q * rows, s, colTab);
-        fast::scatterColumns(x.p, rows, cols, c, work);
+        fast::columnGroup<Inv>(x.p, rows, cols, c, step, s, colTab, work);
       }
       return;
     }

@@ -25,11 +25,6 @@ struct RealForm<orv64f> {
   static constexpr orv32s kTag = kTagR_64f;
 };
 
-template <typename T>
-struct Pair {
-  T re, im;
-};
-
 // ---- Tables ---------------------------------------------------------------
 
 // The two tables of N/4 entries, theta = 2*pi*k/N, read from the quarter sine
@@ -192,7 +187,7 @@ void unpackForward(T* x, std::size_t n, const T* tab) {
   const double z0r = x[0], z0i = x[1];
   x[0] = T(z0r + z0i);
   x[1] = T(z0r - z0i);
-  for (std::size_t k = 1; k < h / 2; ++k) {
+  for (std::size_t k = fast::unpackForward(x, h, tab); k < h / 2; ++k) {
     const std::size_t m = h - k;
     const double A = tab[2 * k], B = tab[2 * k + 1];
     const double a = x[2 * k], b = x[2 * m], c = x[2 * k + 1], d = x[2 * m + 1];
@@ -214,7 +209,7 @@ void packInverse(const T* source, T* dst, double a, double b, std::size_t n, con
   const std::size_t h = n / 2;
   dst[0] = T(a + b);
   dst[1] = T(a - b);
-  for (std::size_t k = 1; k < h / 2; ++k) {
+  for (std::size_t k = fast::packInverse(source, dst, h, tab); k < h / 2; ++k) {
     const std::size_t m = h - k;
     const double C = tab[2 * k], S = tab[2 * k + 1];
     const double ak = source[2 * k], bk = source[2 * m], c = source[2 * k + 1], d = source[2 * m + 1];
@@ -253,8 +248,7 @@ orvStatus forward(const T* src, T* dst, const orvsFFTContext* ctx, orv8u* workBu
     WorkArea work(ctx->workBytes, workBuffer);
     if (work.failed()) return orvErrNoMemory;
     const int half = order - 1;
-    if (src == dst) reorderInPlace(ctx->bitReversal, half, reinterpret_cast<Pair<T>*>(dst));
-    else reorderCopy(ctx->bitReversal, half, reinterpret_cast<const Pair<T>*>(src), reinterpret_cast<Pair<T>*>(dst));
+    reorderComplex(ctx->bitReversal, half, src, dst);
     runComplex<false>(Interleaved<T>{dst}, half, ctx, scaled, scale, work.get());
     unpackForward(dst, n, static_cast<const T*>(ctx->realForwardTwiddles));
   }
@@ -294,7 +288,7 @@ orvStatus inverse(const T* src, T* dst, const orvsFFTContext* ctx, orv8u* workBu
   }
   packInverse(source, dst, a, b, n, static_cast<const T*>(ctx->realInverseTwiddles));
   const int half = order - 1;
-  reorderInPlace(ctx->bitReversal, half, reinterpret_cast<Pair<T>*>(dst));
+  reorderComplex(ctx->bitReversal, half, dst, dst);
   runComplex<true>(Interleaved<T>{dst}, half, ctx, scaled, scale, work.get());
   return orvOk;
 }
