@@ -10,6 +10,7 @@
 
 #include <atomic>
 
+#include "core/cpu.hpp"
 #include "transform/fft_internal.hpp"
 
 // Everything that touches vector registers is compiled for AVX and reached
@@ -593,7 +594,7 @@ ORV_AVX std::size_t packAvx(const T* src, T* dst, std::size_t h, const T* tab) {
 
 namespace {
 
-int processorLevel() { return __builtin_cpu_supports("avx") ? kAvx : kPlain; }
+int processorLevel() { return cpu::hasAvx() ? kAvx : kPlain; }
 
 std::atomic<int> gLevelCap{kAvx};
 
