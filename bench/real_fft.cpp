@@ -1,5 +1,6 @@
 // Forward real FFT into Perm, 32f and 64f, next to FFTW's r2c plans
-// (FFTW_MEASURE) on the same data in the same run, orders 8 to 20.
+// (FFTW_MEASURE) and KissFFT's real transform (float) on the same data in
+// the same run, orders 8 to 20.
 #include <memory>
 #include <vector>
 
@@ -8,6 +9,9 @@
 
 #if defined(ORVBENCH_HAVE_FFTW3F) || defined(ORVBENCH_HAVE_FFTW3)
 #include <fftw3.h>
+#endif
+#if defined(ORVBENCH_HAVE_KISSFFT_FLOAT)
+#include <kiss_fftr.h>
 #endif
 
 namespace {
@@ -103,6 +107,22 @@ void registerFftw64(int order) {
 }
 #endif
 
+#if defined(ORVBENCH_HAVE_KISSFFT_FLOAT)
+void registerKiss32(int order) {
+  const int n = 1 << order;
+  orvbench::add("fft", "r2c_32f", "kissfft", n, [n](benchmark::State& s) {
+    kiss_fftr_cfg cfg = kiss_fftr_alloc(n, 0, nullptr, nullptr);
+    const auto in = orvbench::randomVector<float>(std::size_t(n), -1.f, 1.f);
+    std::vector<kiss_fft_cpx> out(std::size_t(n / 2 + 1));
+    for (auto _ : s) {
+      kiss_fftr(cfg, in.data(), out.data());
+      benchmark::ClobberMemory();
+    }
+    kiss_fftr_free(cfg);
+  });
+}
+#endif
+
 }  // namespace
 
 void orvbenchRegister() {
@@ -110,6 +130,9 @@ void orvbenchRegister() {
     registerOrv32(order);
 #if defined(ORVBENCH_HAVE_FFTW3F)
     registerFftw32(order);
+#endif
+#if defined(ORVBENCH_HAVE_KISSFFT_FLOAT)
+    registerKiss32(order);
 #endif
   }
   for (int order = 8; order <= 20; ++order) {
