@@ -27,7 +27,7 @@ using i64 = std::int64_t;
 using i128 = __int128;
 
 template <typename To, typename From>
-To bits(From v) {
+To bits(From v) {  // the same bytes as another type
   static_assert(sizeof(To) == sizeof(From), "same size");
   To t;
   std::memcpy(&t, &v, sizeof t);
@@ -48,10 +48,7 @@ i128 pow2(int p) { return static_cast<i128>(1) << p; }
 int sign(i128 v) { return v > 0 ? 1 : v < 0 ? -1 : 0; }
 
 // A finite double times 2^-scale as m * 2^q, m an integer of at most 53 bits.
-struct Dyadic {
-  i64 m;
-  int q;
-};
+struct Dyadic { i64 m; int q; };
 Dyadic dyadic(double x, long scale) {
   int e = 0;
   const double f = std::frexp(x, &e);
@@ -77,9 +74,7 @@ i64 roundDyadic(Dyadic y, bool nearest) {
 }
 
 // A target's bounds; without a scale the upper limit compared may differ.
-struct Target {
-  i64 lower, upper, upperLimitUnscaled;
-};
+struct Target { i64 lower, upper, upperLimitUnscaled; };
 
 // The integer stored for x * 2^-scale. `halfAt53` marks a double source,
 // whose half-step is rounded to 53 bits.
