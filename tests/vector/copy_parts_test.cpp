@@ -21,7 +21,7 @@ using orvtest::Guarded;
 
 // The value every Set stores, as bytes: distinct and non-zero; as orv32f,
 // orv64f and the real part of orv32fc/orv64fc a signalling NaN with a payload
-// (a store through floating-point registers would quiet it).
+// (a pass through floating-point arithmetic or a wider format quiets it).
 const unsigned char kPattern[16] = {0x01, 0x23, 0xA5, 0x7F, 0x45, 0x67, 0xF4, 0x7F,
                                     0x89, 0xAB, 0xCD, 0xEF, 0x11, 0x33, 0x55, 0x77};
 
