@@ -131,7 +131,7 @@ TEST(StatusString, CodesOutsideTheTableAreUnknown) {
       EXPECT_STREQ(orvGetStatusString(code), "Unknown Status Code") << "code " << code;
     }
   }
-  for (int code : {INT_MIN, INT_MAX, -68, -3, -1, 17, -84, -9997}) {
+  for (int code : {INT_MIN, INT_MAX, -10051, 51}) {
     EXPECT_STREQ(orvGetStatusString(code), "Unknown Status Code") << "code " << code;
   }
 }
