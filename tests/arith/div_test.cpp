@@ -86,14 +86,9 @@ bool matchesUpToTie(T got, T want, bool tie) {
 // ---- 8u: every pair ------------------------------------------------------------
 
 TEST(Div8u, EveryOperandPairAtEveryScale) {
-  std::vector<orv8u> divisor(65536), dividend(65536), row(256);
-  for (int i = 0; i < 65536; ++i) {
-    divisor[i] = static_cast<orv8u>(i & 255);
-    dividend[i] = static_cast<orv8u>(i >> 8);
-  }
-  for (int i = 0; i < 256; ++i) row[i] = static_cast<orv8u>(i);
-  std::vector<orv8u> dst(65536), inPlace;
-
+  std::vector<orv8u> divisor(65536), dividend(65536), row(256), dst(65536), inPlace;
+  for (int i = 0; i < 65536; ++i) divisor[i] = orv8u(i & 255), dividend[i] = orv8u(i >> 8);
+  for (int i = 0; i < 256; ++i) row[i] = orv8u(i);
   for (int s : scales(-10, 18)) {
     ASSERT_EQ(orvsDiv_8u_Sfs(divisor.data(), dividend.data(), dst.data(), 65536, s), orvWarnDivByZero);
     inPlace = dividend;
@@ -101,20 +96,16 @@ TEST(Div8u, EveryOperandPairAtEveryScale) {
     ASSERT_EQ(inPlace, dst);
     for (int i = 0; i < 65536; ++i) {
       const int a = dividend[i], b = divisor[i];
-      const orv8u want = b == 0 ? (a == 0 ? 0 : 255) : ref8u(a, b, s);
-      ASSERT_EQ(dst[i], want) << a << " / " << b << " scaleFactor " << s;
+      ASSERT_EQ(dst[i], b == 0 ? (a == 0 ? 0 : 255) : ref8u(a, b, s)) << a << " / " << b << " scaleFactor " << s;
     }
     // The scalar form, through a reciprocal.
     for (int v = 1; v < 256; ++v) {
-      std::vector<orv8u> d(256);
+      std::vector<orv8u> d(256), e = row;
       ASSERT_EQ(orvsDivC_8u_Sfs(row.data(), orv8u(v), d.data(), 256, s), orvOk);
       for (int a = 0; a < 256; ++a) {
-        const orv8u want = ref8u(a, v, s);
-        ASSERT_TRUE(matchesUpToTie(d[a], want, tieAt(a, v, s)))
-            << "orvsDivC_8u_Sfs " << a << " / " << v << " scaleFactor " << s << ": " << int(d[a]) << " vs "
-            << int(want);
+        ASSERT_TRUE(matchesUpToTie(d[a], ref8u(a, v, s), tieAt(a, v, s)))
+            << "orvsDivC_8u_Sfs " << a << " / " << v << " scaleFactor " << s << ": " << int(d[a]);
       }
-      std::vector<orv8u> e = row;
       ASSERT_EQ(orvsDivC_8u_ISfs(orv8u(v), e.data(), 256, s), orvOk);
       ASSERT_EQ(e, d);
     }
