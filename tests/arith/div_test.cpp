@@ -12,7 +12,7 @@
 #include <functional>
 #include <limits>
 #include <random>
-#include <string>
+#include <utility>
 #include <vector>
 
 #include "orvspx.h"
@@ -31,14 +31,24 @@ std::vector<int> scales(int lo, int hi) {
 
 // ---- References ------------------------------------------------------------
 
-// dividend / divisor at scale s, ties up, for 8u.
-orv8u ref8u(Wide a, Wide b, long long s) {
+// n / d at scale s as one fraction: n * 2^-s below 0, n / 2^s from 0 up,
+// the power of two taken modulo 32.
+std::pair<Wide, Wide> scaled(Wide n, Wide d, long long s) {
   const Wide p = orvtest::powerOfTwoMod32(s);
-  if (s >= 0) return static_cast<orv8u>(orvtest::plusHalfTruncated(a, s == 0 ? b : b * p));
-  // Negative scale: 255 where the quotient is at least 255.
-  const Wide n = a * p;
-  if (n >= 255 * b) return 255;
-  return static_cast<orv8u>(orvtest::plusHalfTruncated(n, b));
+  return s < 0 ? std::pair<Wide, Wide>{n * p, d} : std::pair<Wide, Wide>{n, d * p};
+}
+
+bool tieAt(Wide n, Wide d, long long s) {
+  const auto [sn, sd] = scaled(n, d, s);
+  return orvtest::isTie(sn, sd);
+}
+
+// dividend / divisor at scale s, ties up, 255 where a scaled-up quotient
+// reaches 255 (8u).
+orv8u ref8u(Wide a, Wide b, long long s) {
+  const auto [n, d] = scaled(a, b, s);
+  if (s < 0 && n >= 255 * d) return 255;
+  return static_cast<orv8u>(orvtest::plusHalfTruncated(n, d));
 }
 
 // Ties away from zero, limited to 16s where the quotient reaches a bound.
@@ -50,47 +60,35 @@ orv16s saturatedAway16s(Wide n, Wide d) {
 }
 
 // dividend / divisor at scale s for 16s: no saturation from scale 0 up (the
-// low 16 bits are kept), and the dividend shifted as a wrapping 32-bit
-// integer below.
+// low 16 bits are kept), the dividend shifted as a wrapping 32-bit integer
+// below.
 orv16s ref16s(Wide a, Wide b, long long s) {
-  if (s >= 0) {
-    const Wide d = s == 0 ? b : b * orvtest::powerOfTwoMod32(s);
-    return static_cast<orv16s>(orvtest::awayFromZeroTruncated(a, d));
-  }
+  if (s >= 0) return static_cast<orv16s>(orvtest::awayFromZeroTruncated(a, b * orvtest::powerOfTwoMod32(s)));
   const auto shifted = static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::int32_t>(a))
                                                  << ((-s) % 32));
   return saturatedAway16s(shifted, b);
 }
 
-// Scaled quotient n / d of a complex part: times 2^-s below 0, over 2^s
-// above.
+// A scaled complex part n / d, saturated.
 orv16s refComplexPart(Wide n, Wide d, long long s) {
-  if (s < 0) return saturatedAway16s(n * orvtest::powerOfTwoMod32(s), d);
-  return saturatedAway16s(n, s == 0 ? d : d * orvtest::powerOfTwoMod32(s));
+  const auto [sn, sd] = scaled(n, d, s);
+  return saturatedAway16s(sn, sd);
 }
 
 std::int32_t wrap32(Wide v) { return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(v))); }
 
-// A result that may also be the lower neighbour of the reference when the
-// exact quotient is a tie (reciprocal forms).
+// Reciprocal forms may give either neighbour at an exact tie.
 template <typename T>
 bool matchesUpToTie(T got, T want, bool tie) {
-  if (got == want) return true;
-  return tie && (static_cast<long long>(got) == static_cast<long long>(want) - 1 ||
-                 static_cast<long long>(got) == static_cast<long long>(want) + 1);
+  return got == want || (tie && (got == want - 1 || got == want + 1));
 }
 
 // ---- 8u: every pair ------------------------------------------------------------
 
 TEST(Div8u, EveryOperandPairAtEveryScale) {
-  std::vector<orv8u> divisor(65536), dividend(65536), row(256);
-  for (int i = 0; i < 65536; ++i) {
-    divisor[i] = static_cast<orv8u>(i & 255);
-    dividend[i] = static_cast<orv8u>(i >> 8);
-  }
-  for (int i = 0; i < 256; ++i) row[i] = static_cast<orv8u>(i);
-  std::vector<orv8u> dst(65536), inPlace;
-
+  std::vector<orv8u> divisor(65536), dividend(65536), row(256), dst(65536), inPlace;
+  for (int i = 0; i < 65536; ++i) divisor[i] = orv8u(i & 255), dividend[i] = orv8u(i >> 8);
+  for (int i = 0; i < 256; ++i) row[i] = orv8u(i);
   for (int s : scales(-10, 18)) {
     ASSERT_EQ(orvsDiv_8u_Sfs(divisor.data(), dividend.data(), dst.data(), 65536, s), orvWarnDivByZero);
     inPlace = dividend;
@@ -98,22 +96,16 @@ TEST(Div8u, EveryOperandPairAtEveryScale) {
     ASSERT_EQ(inPlace, dst);
     for (int i = 0; i < 65536; ++i) {
       const int a = dividend[i], b = divisor[i];
-      const orv8u want = b == 0 ? (a == 0 ? 0 : 255) : ref8u(a, b, s);
-      ASSERT_EQ(dst[i], want) << a << " / " << b << " scaleFactor " << s;
+      ASSERT_EQ(dst[i], b == 0 ? (a == 0 ? 0 : 255) : ref8u(a, b, s)) << a << " / " << b << " scaleFactor " << s;
     }
     // The scalar form, through a reciprocal.
     for (int v = 1; v < 256; ++v) {
-      std::vector<orv8u> d(256);
+      std::vector<orv8u> d(256), e = row;
       ASSERT_EQ(orvsDivC_8u_Sfs(row.data(), orv8u(v), d.data(), 256, s), orvOk);
       for (int a = 0; a < 256; ++a) {
-        const Wide p = orvtest::powerOfTwoMod32(s);
-        const bool tie = s < 0 ? orvtest::isTie(Wide(a) * p, v) : orvtest::isTie(a, s == 0 ? Wide(v) : v * p);
-        const orv8u want = ref8u(a, v, s);
-        ASSERT_TRUE(matchesUpToTie(d[a], want, tie))
-            << "orvsDivC_8u_Sfs " << a << " / " << v << " scaleFactor " << s << ": " << int(d[a]) << " vs "
-            << int(want);
+        ASSERT_TRUE(matchesUpToTie(d[a], ref8u(a, v, s), tieAt(a, v, s)))
+            << "orvsDivC_8u_Sfs " << a << " / " << v << " scaleFactor " << s << ": " << int(d[a]);
       }
-      std::vector<orv8u> e = row;
       ASSERT_EQ(orvsDivC_8u_ISfs(orv8u(v), e.data(), 256, s), orvOk);
       ASSERT_EQ(e, d);
     }
@@ -153,12 +145,10 @@ TEST(Div16s, BoundaryAndRandomOperandsAtEveryScale) {
       std::vector<orv16s> d(values.size());
       ASSERT_EQ(orvsDivC_16s_Sfs(values.data(), v, d.data(), int(d.size()), s), orvOk);
       for (std::size_t i = 0; i < values.size(); ++i) {
-        const Wide a = values[i], p = orvtest::powerOfTwoMod32(s);
-        // Scale 0 and up: as the vector form. Below: the dividend scaled in
+        // From scale 0 up as the vector form; below, the dividend scaled in
         // floating point, so without the wrap, and saturated.
-        const orv16s want = s >= 0 ? ref16s(a, v, s) : saturatedAway16s(a * p, v);
-        const bool tie = s >= 0 ? orvtest::isTie(a, s == 0 ? Wide(v) : v * p) : orvtest::isTie(a * p, v);
-        ASSERT_TRUE(matchesUpToTie(d[i], want, tie))
+        const orv16s want = s >= 0 ? ref16s(values[i], v, s) : refComplexPart(values[i], v, s);
+        ASSERT_TRUE(matchesUpToTie(d[i], want, tieAt(values[i], v, s)))
             << "orvsDivC_16s_Sfs " << values[i] << " / " << v << " scaleFactor " << s << ": " << d[i] << " vs "
             << want;
       }
@@ -171,6 +161,20 @@ TEST(Div16s, BoundaryAndRandomOperandsAtEveryScale) {
 
 // ---- 16sc ----------------------------------------------------------------------
 
+// The quotient of (a + bi) / (c + di) through wrapped 32-bit sums: m = c^2 +
+// d^2, p = ac + bd, q = bc - ad; a zero m saturates by the sign of p and q.
+::testing::AssertionResult complexQuotient(orv16sc x, orv16sc v, orv16sc got, int s) {
+  const Wide a = x.re, b = x.im, c = v.re, d = v.im;
+  const Wide m = wrap32(c * c + d * d), p = wrap32(a * c + b * d), q = wrap32(b * c - a * d);
+  const auto sat = [](Wide t) { return orv16s(t == 0 ? 0 : (t > 0 ? 32767 : -32768)); };
+  const orv16s re = m == 0 ? sat(p) : refComplexPart(p, m, s), im = m == 0 ? sat(q) : refComplexPart(q, m, s);
+  if (matchesUpToTie(got.re, re, m != 0 && tieAt(p, m, s)) && matchesUpToTie(got.im, im, m != 0 && tieAt(q, m, s)))
+    return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << "(" << x.re << "," << x.im << ") / (" << v.re << "," << v.im
+                                       << ") scaleFactor " << s << " gave " << got.re << "," << got.im << " for "
+                                       << re << "," << im;
+}
+
 TEST(Div16sc, BoundaryAndRandomOperandsAtEveryScale) {
   const std::vector<orv16s> values = boundary16s();
   std::mt19937 gen(11);
@@ -182,46 +186,17 @@ TEST(Div16sc, BoundaryAndRandomOperandsAtEveryScale) {
   for (int i = 0; i < 6; ++i) vals.push_back({pick(), pick()});
   const int n = int(divisor.size());
   std::vector<orv16sc> dst(n), inPlace(n);
-
   for (int s : scales(-40, 40)) {
     ASSERT_EQ(orvsDiv_16sc_Sfs(divisor.data(), dividend.data(), dst.data(), n, s), orvWarnDivByZero);
     inPlace = dividend;
     ASSERT_EQ(orvsDiv_16sc_ISfs(divisor.data(), inPlace.data(), n, s), orvWarnDivByZero);
     for (int i = 0; i < n; ++i) {
-      const Wide a = dividend[i].re, b = dividend[i].im, c = divisor[i].re, d = divisor[i].im;
-      const Wide m = wrap32(c * c + d * d), p = wrap32(a * c + b * d), q = wrap32(b * c - a * d);
-      orv16s wantRe, wantIm;
-      bool tieRe = false, tieIm = false;
-      if (m == 0) {
-        wantRe = p == 0 ? 0 : (p > 0 ? 32767 : -32768);
-        wantIm = q == 0 ? 0 : (q > 0 ? 32767 : -32768);
-      } else {
-        wantRe = refComplexPart(p, m, s);
-        wantIm = refComplexPart(q, m, s);
-        const Wide pw = orvtest::powerOfTwoMod32(s);
-        tieRe = s < 0 ? orvtest::isTie(p * pw, m) : orvtest::isTie(p, s == 0 ? m : m * pw);
-        tieIm = s < 0 ? orvtest::isTie(q * pw, m) : orvtest::isTie(q, s == 0 ? m : m * pw);
-      }
-      ASSERT_TRUE(matchesUpToTie(dst[i].re, wantRe, tieRe) && matchesUpToTie(dst[i].im, wantIm, tieIm))
-          << i << " scaleFactor " << s << ": " << dst[i].re << "," << dst[i].im << " vs " << wantRe << ","
-          << wantIm;
+      ASSERT_TRUE(complexQuotient(dividend[i], divisor[i], dst[i], s));
       ASSERT_TRUE(inPlace[i].re == dst[i].re && inPlace[i].im == dst[i].im) << i;
     }
     for (const orv16sc v : vals) {
-      std::vector<orv16sc> d(n);
-      ASSERT_EQ(orvsDivC_16sc_Sfs(dividend.data(), v, d.data(), n, s), orvOk);
-      const Wide c = v.re, e = v.im, m = wrap32(c * c + e * e);
-      for (int i = 0; i < n; ++i) {
-        const Wide a = dividend[i].re, b = dividend[i].im;
-        const Wide p = wrap32(a * c + b * e), q = wrap32(b * c - a * e);
-        const Wide pw = orvtest::powerOfTwoMod32(s);
-        const bool tieRe = s < 0 ? orvtest::isTie(p * pw, m) : orvtest::isTie(p, s == 0 ? m : m * pw);
-        const bool tieIm = s < 0 ? orvtest::isTie(q * pw, m) : orvtest::isTie(q, s == 0 ? m : m * pw);
-        const orv16s wantRe = refComplexPart(p, m, s), wantIm = refComplexPart(q, m, s);
-        ASSERT_TRUE(matchesUpToTie(d[i].re, wantRe, tieRe) && matchesUpToTie(d[i].im, wantIm, tieIm))
-            << "orvsDivC_16sc_Sfs " << i << " scaleFactor " << s << ": " << d[i].re << "," << d[i].im << " vs "
-            << wantRe << "," << wantIm;
-      }
+      ASSERT_EQ(orvsDivC_16sc_Sfs(dividend.data(), v, dst.data(), n, s), orvOk);
+      for (int i = 0; i < n; ++i) ASSERT_TRUE(complexQuotient(dividend[i], v, dst[i], s)) << "orvsDivC_16sc_Sfs";
     }
   }
 }

@@ -1,0 +1,199 @@
+// The vector loops of the 32fc product against the plain loop, bit for bit
+// (any NaN matching any NaN), over lengths with tails, special quadruples,
+// millions of random elements and the streaming stores of the fused loop.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "arith/complex_mul.hpp"
+#include "orvspx.h"
+
+namespace {
+
+std::uint32_t bitsOf(float v) {
+  std::uint32_t u;
+  std::memcpy(&u, &v, 4);
+  return u;
+}
+
+// n / 2 complex values of parts: special values up front, then a quarter raw bit patterns (any class, NaN
+// payloads included) and the rest ordinary values.
+std::vector<orv32fc> mixedValues(std::size_t n, unsigned seed) {
+  using L = std::numeric_limits<float>;
+  std::vector<float> v = {0.0f, -0.0f, 1.0f, -1.0f, L::infinity(), -L::infinity(), L::quiet_NaN(), -L::quiet_NaN(),
+                          L::denorm_min(), -L::denorm_min(), L::min(), L::max(), -L::max(), 0.5f, 3.0f};
+  std::mt19937_64 gen(seed);
+  std::uniform_real_distribution<double> real(-1000.0, 1000.0);
+  while (v.size() < n) {
+    const std::uint64_t r = gen();
+    float t = static_cast<float>(real(gen));
+    if ((r & 3) == 0) {
+      const auto u = static_cast<std::uint32_t>(gen());
+      std::memcpy(&t, &u, 4);
+    }
+    v.push_back(t);
+  }
+  std::vector<orv32fc> c(n / 2);
+  for (std::size_t i = 0; i < c.size(); ++i) c[i] = {v[2 * i], v[2 * i + 1]};
+  return c;
+}
+
+using Loop = void (*)(const orv32fc*, const orv32fc*, orv32fc*, std::ptrdiff_t);
+
+// Every vector loop this processor runs.
+std::vector<std::pair<const char*, Loop>> vectorLoops() {
+  std::vector<std::pair<const char*, Loop>> loops = {{"sse2", orv::arith::mul32fcSse2}};
+  if (orv::cpu::hasAvx()) loops.push_back({"avx", orv::arith::mul32fcAvx});
+  if (orv::cpu::hasAvxFma()) loops.push_back({"avx+fma", orv::arith::mul32fcAvxFma});
+  return loops;
+}
+
+bool sameValue(float got, float want) {
+  return (std::isnan(got) && std::isnan(want)) || bitsOf(got) == bitsOf(want);
+}
+
+// The loop's results over x and y against the plain loop's, any NaN
+// matching any NaN; with dst a fresh vector (and nothing written past it)
+// and with dst = y.
+void expectMatchesPlain(const char* name, Loop loop, const std::vector<orv32fc>& x, const std::vector<orv32fc>& y) {
+  const std::size_t n = x.size();
+  std::vector<orv32fc> want(n), got(n + 1, orv32fc{7, 7}), inPlace = y;
+  orv::arith::mul32fcPlain(x.data(), y.data(), want.data(), std::ptrdiff_t(n));
+  loop(x.data(), y.data(), got.data(), std::ptrdiff_t(n));
+  loop(x.data(), inPlace.data(), inPlace.data(), std::ptrdiff_t(n));
+  ASSERT_EQ(got[n].re, 7.0f) << name << " wrote past the end";
+  for (std::size_t i = 0; i < n; ++i) {
+    ASSERT_TRUE(sameValue(got[i].re, want[i].re) && sameValue(got[i].im, want[i].im))
+        << name << " element " << i << ": (" << x[i].re << ", " << x[i].im << ") * (" << y[i].re << ", " << y[i].im
+        << ") gave (" << got[i].re << ", " << got[i].im << ") for (" << want[i].re << ", " << want[i].im << ")";
+    ASSERT_TRUE(sameValue(inPlace[i].re, want[i].re) && sameValue(inPlace[i].im, want[i].im))
+        << name << " in place, element " << i;
+  }
+}
+
+// Each vector loop gives the bits of the plain loop on short lengths (tails
+// only) and over a few passes.
+TEST(MulFloat, VectorLoopsOfThe32fcProductMatchThePlainLoop) {
+  const auto x = mixedValues(6002, 21), y = mixedValues(6002, 22);
+  for (const auto& [name, loop] : vectorLoops()) {
+    for (std::size_t len : {1, 2, 3, 5, 3001})
+      expectMatchesPlain(name, loop, {x.begin(), x.begin() + len}, {y.begin(), y.begin() + len});
+  }
+}
+
+// All quadruples of special values as (a + bi)(c + di).
+TEST(MulFloat, VectorLoopsOfThe32fcProductOnSpecialQuadruples) {
+  using L = std::numeric_limits<float>;
+  const float specials[] = {0.0f, -0.0f, 1.0f, -1.5f, 0x1p-75f, 0x1p100f, L::infinity(), -L::infinity(),
+                            L::quiet_NaN(), L::denorm_min(), -L::denorm_min(), L::min(), L::max(), -L::max()};
+  std::vector<orv32fc> x, y;
+  for (float a : specials)
+    for (float b : specials)
+      for (float c : specials)
+        for (float d : specials) x.push_back({a, b}), y.push_back({c, d});
+  for (const auto& [name, loop] : vectorLoops()) expectMatchesPlain(name, loop, x, y);
+}
+
+float randomFloat(std::mt19937_64& gen, int minExp, int maxExp) {
+  const std::uint64_t r = gen();
+  const float m = 1.0f + float(r & 0xffffff) * 0x1p-24f;
+  const int e = minExp + int((r >> 24) % std::uint64_t(maxExp - minExp + 1));
+  return std::ldexp(m, e) * ((r >> 63) ? -1.0f : 1.0f);
+}
+
+// Millions of elements: raw bit patterns; ordinary values; parts where the
+// two products nearly cancel, so that the exact difference decides the low
+// bits; products that overflow float or fall into its subnormals.
+TEST(MulFloat, VectorLoopsOfThe32fcProductOnManyElements) {
+  std::mt19937_64 gen(77);
+  const std::size_t chunk = 1 << 15;
+  std::vector<orv32fc> x(chunk), y(chunk);
+  const auto bitsFloat = [](std::uint32_t u) {
+    float f;
+    std::memcpy(&f, &u, 4);
+    return f;
+  };
+  // A float a few units in the last place away from v.
+  const auto near = [&](float v) {
+    const std::uint32_t step = std::uint32_t(gen() % 9);
+    return bitsFloat(bitsOf(v) + step - 4u);
+  };
+  for (int round = 0; round < 256; ++round) {
+    for (std::size_t i = 0; i < chunk; ++i) {
+      switch (round % 4) {
+        case 0: {
+          const std::uint64_t r = gen(), s = gen();
+          x[i] = {bitsFloat(std::uint32_t(r)), bitsFloat(std::uint32_t(r >> 32))};
+          y[i] = {bitsFloat(std::uint32_t(s)), bitsFloat(std::uint32_t(s >> 32))};
+          break;
+        }
+        case 1:
+          x[i] = {randomFloat(gen, -30, 30), randomFloat(gen, -30, 30)};
+          y[i] = {randomFloat(gen, -30, 30), randomFloat(gen, -30, 30)};
+          break;
+        case 2: {
+          // a*c - b*d with b = near(a), d = near(c); a*d + b*c with the signs
+          // of d or c flipped to cancel there instead.
+          const float a = randomFloat(gen, -60, 60), c = randomFloat(gen, -60, 60);
+          const bool imaginary = gen() & 1;
+          x[i] = {a, near(a)};
+          y[i] = imaginary ? orv32fc{c, -near(c)} : orv32fc{c, near(c)};
+          break;
+        }
+        default: {
+          // Magnitudes around the float limits of the product.
+          const bool large = gen() & 1;
+          const int lo = large ? 55 : -80, hi = large ? 70 : -60;
+          x[i] = {randomFloat(gen, lo, hi), randomFloat(gen, lo, hi)};
+          y[i] = {randomFloat(gen, lo, hi), randomFloat(gen, lo, hi)};
+          break;
+        }
+      }
+    }
+    for (const auto& [name, loop] : vectorLoops()) {
+      expectMatchesPlain(name, loop, x, y);
+      if (::testing::Test::HasFatalFailure()) return;
+    }
+  }
+}
+
+// From the streaming length on, with dst aligned to 16 bytes, to 8 bytes
+// only (one element first) and to 4 bytes only (no streaming), in place too.
+TEST(MulFloat, FusedLoopOfThe32fcProductWithStreamingStores) {
+  if (!orv::cpu::hasAvxFma()) GTEST_SKIP() << "no AVX and FMA";
+  const std::size_t n = std::size_t(orv::arith::kMul32fcStreamingElements) + 5;
+  const auto x = mixedValues(2 * n, 23), y = mixedValues(2 * n, 24);
+  std::vector<orv32fc> want(n);
+  orv::arith::mul32fcPlain(x.data(), y.data(), want.data(), std::ptrdiff_t(n));
+  // Room for n elements plus a guard at any of the offsets.
+  std::vector<double> storage(n + 4);
+  for (std::size_t offset : {std::size_t(0), std::size_t(8), std::size_t(4), std::size_t(12)}) {
+    char* base = reinterpret_cast<char*>(storage.data());
+    base += (16 - reinterpret_cast<std::uintptr_t>(base) % 16) % 16 + offset;
+    auto* dst = reinterpret_cast<orv32fc*>(base);
+    const orv32fc guard{-7.0f, 7.0f};
+    std::memcpy(dst + n, &guard, sizeof guard);
+    orv::arith::mul32fcAvxFma(x.data(), y.data(), dst, std::ptrdiff_t(n));
+    for (int pass = 0; pass < 2; ++pass) {
+      for (std::size_t i = 0; i < n; ++i) {
+        orv32fc got;
+        std::memcpy(&got, dst + i, sizeof got);
+        ASSERT_TRUE(sameValue(got.re, want[i].re) && sameValue(got.im, want[i].im))
+            << "offset " << offset << (pass ? " in place" : "") << ", element " << i;
+      }
+      orv32fc after;
+      std::memcpy(&after, dst + n, sizeof after);
+      ASSERT_EQ(std::memcmp(&after, &guard, sizeof guard), 0) << "offset " << offset << " wrote past the end";
+      // Again with dst holding y.
+      std::memcpy(dst, y.data(), n * sizeof(orv32fc));
+      orv::arith::mul32fcAvxFma(x.data(), dst, dst, std::ptrdiff_t(n));
+    }
+  }
+}
+
+}  // namespace
