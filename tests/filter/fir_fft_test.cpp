@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "core/test_hooks.hpp"
-#include "fir_filter_rows.hpp"
+#include "fir_rows.hpp"
 
 namespace firtest {
 namespace {

@@ -10,7 +10,7 @@
 
 #include "core/test_hooks.hpp"
 #include "filter/fir_kernels.hpp"
-#include "fir_filter_rows.hpp"
+#include "fir_rows.hpp"
 
 namespace firtest {
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/test_hooks.hpp"
-#include "fir_families.hpp"
+#include "fir_rows.hpp"
 
 namespace firtest {
 namespace {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "core/float_to_int.hpp"
-#include "fir_filter_rows.hpp"
+#include "fir_rows.hpp"
 
 namespace firtest {
 namespace {

@@ -1,7 +1,6 @@
-// The filtering operations of every FIR family as test rows, and an
-// independent reference: the convolution summed in double (or exactly in
-// 64-bit integers for integer taps), with the output rules written out here
-// from their definitions.
+// Every FIR family as a test row, and an independent reference: the
+// convolution summed in double (or exactly in 64-bit integers for integer
+// taps), with the output rules written out here from their definitions.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,140 +15,92 @@
 #include <type_traits>
 #include <vector>
 
+#include "core/test_hooks.hpp"
 #include "filter/filter_state.hpp"
 #include "orvspx.h"
 
 namespace firtest {
 
-// Every row has the same static functions; forms without scaleFactor or
-// tapsFactor ignore those arguments. Integer-tap rows create their state
-// with tapsFactor 0.
-#define FIRTEST_ROW_COMMON(NAME, FAMILY, SUFFIX)                                               \
-  using Family = orv::filter::FAMILY;                                                          \
-  using Tap = Family::Tap;                                                                     \
-  using Sample = Family::Sample;                                                               \
-  static constexpr const char* kName = NAME;                                                   \
-  static orvStatus freeState(orvsFIRState* s) { return orvsFIRFree##SUFFIX(s); }               \
-  static orvStatus getDly(const orvsFIRState* s, Sample* d) { return orvsFIRGetDlyLine##SUFFIX(s, d); } \
-  static orvStatus setDly(orvsFIRState* s, const Sample* d) { return orvsFIRSetDlyLine##SUFFIX(s, d); }
-
-#define FIRTEST_FLOAT_SAMPLE_ROW(ROW, NAME, FAMILY, SUFFIX, DT, DS)                             \
+// One row per family: creation, Get/Set, Free and every filtering form with a
+// common signature. Forms without scaleFactor or tapsFactor ignore them;
+// integer-tap rows create with tapsFactor 0. The last four arguments name the
+// argument-list pieces that differ between the kinds of family.
+#define FIRTEST_N
+#define FIRTEST_TF0 0,
+#define FIRTEST_TF tf,
+#define FIRTEST_SF , sf
+#define FIRTEST_GF , &f
+#define FIRTEST_ROW(ROW, FAMILY, SUFFIX, DT, DS, SFS, ISFS, TF0, TF, SF, GF)                    \
   struct ROW {                                                                                  \
-    FIRTEST_ROW_COMMON(NAME, FAMILY, SUFFIX)                                                    \
+    using Family = orv::filter::FAMILY;                                                         \
+    using Tap = Family::Tap;                                                                    \
+    using Sample = Family::Sample;                                                              \
+    static constexpr const char* kName = #SUFFIX;                                               \
     static orvStatus init(orvsFIRState** s, const Tap* t, int n, const Sample* d) {            \
-      return orvsFIRInitAlloc##SUFFIX(s, t, n, d);                                              \
+      return orvsFIRInitAlloc##SUFFIX(s, t, n, TF0 d);                                          \
     }                                                                                           \
-    static orvStatus block(const Sample* x, Sample* y, int len, orvsFIRState* s, int) {        \
-      return orvsFIR##SUFFIX(x, y, len, s);                                                     \
+    static orvStatus getTaps(const orvsFIRState* s, Tap* t) {                                  \
+      [[maybe_unused]] int f = 0;                                                               \
+      return orvsFIRGetTaps##SUFFIX(s, t GF);                                                   \
     }                                                                                           \
-    static orvStatus blockI(Sample* xy, int len, orvsFIRState* s, int) {                       \
-      return orvsFIR##SUFFIX##_I(xy, len, s);                                                   \
+    static orvStatus getDly(const orvsFIRState* s, Sample* d) {                                \
+      return orvsFIRGetDlyLine##SUFFIX(s, d);                                                   \
     }                                                                                           \
-    static orvStatus one(Sample x, Sample* y, orvsFIRState* s, int) {                          \
-      return orvsFIROne##SUFFIX(x, y, s);                                                       \
+    static orvStatus setDly(orvsFIRState* s, const Sample* d) {                                \
+      return orvsFIRSetDlyLine##SUFFIX(s, d);                                                   \
     }                                                                                           \
-    static orvStatus direct(const Sample* x, Sample* y, int len, const Tap* t, int n, int,     \
-                            Sample* d, int* i, int) {                                           \
-      return orvsFIR##DT##_Direct_##DS(x, y, len, t, n, d, i);                                  \
+    static orvStatus release(orvsFIRState* s) { return orvsFIRFree##SUFFIX(s); }               \
+    static orvStatus block(const Sample* x, Sample* y, int len, orvsFIRState* s,               \
+                           [[maybe_unused]] int sf) {                                           \
+      return orvsFIR##SUFFIX##SFS(x, y, len, s SF);                                             \
     }                                                                                           \
-    static orvStatus directI(Sample* xy, int len, const Tap* t, int n, int, Sample* d, int* i, \
-                             int) {                                                             \
-      return orvsFIR##DT##_Direct_##DS##_I(xy, len, t, n, d, i);                                \
+    static orvStatus blockI(Sample* xy, int len, orvsFIRState* s, [[maybe_unused]] int sf) {   \
+      return orvsFIR##SUFFIX##ISFS(xy, len, s SF);                                              \
     }                                                                                           \
-    static orvStatus directOne(Sample x, Sample* y, const Tap* t, int n, int, Sample* d,       \
-                               int* i, int) {                                                   \
-      return orvsFIROne##DT##_Direct_##DS(x, y, t, n, d, i);                                    \
+    static orvStatus one(Sample x, Sample* y, orvsFIRState* s, [[maybe_unused]] int sf) {      \
+      return orvsFIROne##SUFFIX##SFS(x, y, s SF);                                               \
     }                                                                                           \
-    static orvStatus directOneI(Sample* xy, const Tap* t, int n, int, Sample* d, int* i, int) { \
-      return orvsFIROne##DT##_Direct_##DS##_I(xy, t, n, d, i);                                  \
+    static orvStatus direct(const Sample* x, Sample* y, int len, const Tap* t, int n,          \
+                            [[maybe_unused]] int tf, Sample* d, int* i,                         \
+                            [[maybe_unused]] int sf) {                                          \
+      return orvsFIR##DT##_Direct_##DS##SFS(x, y, len, t, n, TF d, i SF);                       \
+    }                                                                                           \
+    static orvStatus directI(Sample* xy, int len, const Tap* t, int n, [[maybe_unused]] int tf,\
+                             Sample* d, int* i, [[maybe_unused]] int sf) {                      \
+      return orvsFIR##DT##_Direct_##DS##ISFS(xy, len, t, n, TF d, i SF);                        \
+    }                                                                                           \
+    static orvStatus directOne(Sample x, Sample* y, const Tap* t, int n,                       \
+                               [[maybe_unused]] int tf, Sample* d, int* i,                      \
+                               [[maybe_unused]] int sf) {                                       \
+      return orvsFIROne##DT##_Direct_##DS##SFS(x, y, t, n, TF d, i SF);                         \
+    }                                                                                           \
+    static orvStatus directOneI(Sample* xy, const Tap* t, int n, [[maybe_unused]] int tf,      \
+                                Sample* d, int* i, [[maybe_unused]] int sf) {                   \
+      return orvsFIROne##DT##_Direct_##DS##ISFS(xy, t, n, TF d, i SF);                          \
     }                                                                                           \
   };
+#define FIRTEST_FLOAT(ROW, FAMILY, SUFFIX, DT, DS) \
+  FIRTEST_ROW(ROW, FAMILY, SUFFIX, DT, DS, , _I, FIRTEST_N, FIRTEST_N, FIRTEST_N, FIRTEST_N)
+#define FIRTEST_INT(ROW, FAMILY, SUFFIX, DT, DS) \
+  FIRTEST_ROW(ROW, FAMILY, SUFFIX, DT, DS, _Sfs, _ISfs, FIRTEST_N, FIRTEST_N, FIRTEST_SF, FIRTEST_N)
+#define FIRTEST_INT_TAPS(ROW, FAMILY, SUFFIX, DT, DS)                                     \
+  FIRTEST_ROW(ROW, FAMILY, SUFFIX, DT, DS, _Sfs, _ISfs, FIRTEST_TF0, FIRTEST_TF, FIRTEST_SF, \
+              FIRTEST_GF)
 
-#define FIRTEST_INT_SAMPLE_ROW(ROW, NAME, FAMILY, SUFFIX, DT, DS)                               \
-  struct ROW {                                                                                  \
-    FIRTEST_ROW_COMMON(NAME, FAMILY, SUFFIX)                                                    \
-    static orvStatus init(orvsFIRState** s, const Tap* t, int n, const Sample* d) {            \
-      return orvsFIRInitAlloc##SUFFIX(s, t, n, d);                                              \
-    }                                                                                           \
-    static orvStatus block(const Sample* x, Sample* y, int len, orvsFIRState* s, int sf) {     \
-      return orvsFIR##SUFFIX##_Sfs(x, y, len, s, sf);                                           \
-    }                                                                                           \
-    static orvStatus blockI(Sample* xy, int len, orvsFIRState* s, int sf) {                    \
-      return orvsFIR##SUFFIX##_ISfs(xy, len, s, sf);                                            \
-    }                                                                                           \
-    static orvStatus one(Sample x, Sample* y, orvsFIRState* s, int sf) {                       \
-      return orvsFIROne##SUFFIX##_Sfs(x, y, s, sf);                                             \
-    }                                                                                           \
-    static orvStatus direct(const Sample* x, Sample* y, int len, const Tap* t, int n, int,     \
-                            Sample* d, int* i, int sf) {                                        \
-      return orvsFIR##DT##_Direct_##DS##_Sfs(x, y, len, t, n, d, i, sf);                        \
-    }                                                                                           \
-    static orvStatus directI(Sample* xy, int len, const Tap* t, int n, int, Sample* d, int* i, \
-                             int sf) {                                                          \
-      return orvsFIR##DT##_Direct_##DS##_ISfs(xy, len, t, n, d, i, sf);                         \
-    }                                                                                           \
-    static orvStatus directOne(Sample x, Sample* y, const Tap* t, int n, int, Sample* d,       \
-                               int* i, int sf) {                                                \
-      return orvsFIROne##DT##_Direct_##DS##_Sfs(x, y, t, n, d, i, sf);                          \
-    }                                                                                           \
-    static orvStatus directOneI(Sample* xy, const Tap* t, int n, int, Sample* d, int* i,       \
-                                int sf) {                                                       \
-      return orvsFIROne##DT##_Direct_##DS##_ISfs(xy, t, n, d, i, sf);                           \
-    }                                                                                           \
-  };
-
-#define FIRTEST_INT_TAP_ROW(ROW, NAME, FAMILY, SUFFIX, DT, DS)                                  \
-  struct ROW {                                                                                  \
-    FIRTEST_ROW_COMMON(NAME, FAMILY, SUFFIX)                                                    \
-    static orvStatus init(orvsFIRState** s, const Tap* t, int n, const Sample* d) {            \
-      return orvsFIRInitAlloc##SUFFIX(s, t, n, 0, d);                                           \
-    }                                                                                           \
-    static orvStatus block(const Sample* x, Sample* y, int len, orvsFIRState* s, int sf) {     \
-      return orvsFIR##SUFFIX##_Sfs(x, y, len, s, sf);                                           \
-    }                                                                                           \
-    static orvStatus blockI(Sample* xy, int len, orvsFIRState* s, int sf) {                    \
-      return orvsFIR##SUFFIX##_ISfs(xy, len, s, sf);                                            \
-    }                                                                                           \
-    static orvStatus one(Sample x, Sample* y, orvsFIRState* s, int sf) {                       \
-      return orvsFIROne##SUFFIX##_Sfs(x, y, s, sf);                                             \
-    }                                                                                           \
-    static orvStatus direct(const Sample* x, Sample* y, int len, const Tap* t, int n, int tf,  \
-                            Sample* d, int* i, int sf) {                                        \
-      return orvsFIR##DT##_Direct_##DS##_Sfs(x, y, len, t, n, tf, d, i, sf);                    \
-    }                                                                                           \
-    static orvStatus directI(Sample* xy, int len, const Tap* t, int n, int tf, Sample* d,      \
-                             int* i, int sf) {                                                  \
-      return orvsFIR##DT##_Direct_##DS##_ISfs(xy, len, t, n, tf, d, i, sf);                     \
-    }                                                                                           \
-    static orvStatus directOne(Sample x, Sample* y, const Tap* t, int n, int tf, Sample* d,    \
-                               int* i, int sf) {                                                \
-      return orvsFIROne##DT##_Direct_##DS##_Sfs(x, y, t, n, tf, d, i, sf);                      \
-    }                                                                                           \
-    static orvStatus directOneI(Sample* xy, const Tap* t, int n, int tf, Sample* d, int* i,    \
-                                int sf) {                                                       \
-      return orvsFIROne##DT##_Direct_##DS##_ISfs(xy, t, n, tf, d, i, sf);                       \
-    }                                                                                           \
-  };
-
-FIRTEST_FLOAT_SAMPLE_ROW(F32f, "_32f", Fir32f, _32f, , 32f)
-FIRTEST_FLOAT_SAMPLE_ROW(F32fc, "_32fc", Fir32fc, _32fc, , 32fc)
-FIRTEST_FLOAT_SAMPLE_ROW(F64f, "_64f", Fir64f, _64f, , 64f)
-FIRTEST_FLOAT_SAMPLE_ROW(F64fc, "_64fc", Fir64fc, _64fc, , 64fc)
-FIRTEST_FLOAT_SAMPLE_ROW(F64f32f, "64f_32f", Fir64f32f, 64f_32f, 64f, 32f)
-FIRTEST_FLOAT_SAMPLE_ROW(F64fc32fc, "64fc_32fc", Fir64fc32fc, 64fc_32fc, 64fc, 32fc)
-FIRTEST_INT_SAMPLE_ROW(F32f16s, "32f_16s", Fir32f16s, 32f_16s, 32f, 16s)
-FIRTEST_INT_SAMPLE_ROW(F32fc16sc, "32fc_16sc", Fir32fc16sc, 32fc_16sc, 32fc, 16sc)
-FIRTEST_INT_SAMPLE_ROW(F64f16s, "64f_16s", Fir64f16s, 64f_16s, 64f, 16s)
-FIRTEST_INT_SAMPLE_ROW(F64fc16sc, "64fc_16sc", Fir64fc16sc, 64fc_16sc, 64fc, 16sc)
-FIRTEST_INT_SAMPLE_ROW(F64f32s, "64f_32s", Fir64f32s, 64f_32s, 64f, 32s)
-FIRTEST_INT_SAMPLE_ROW(F64fc32sc, "64fc_32sc", Fir64fc32sc, 64fc_32sc, 64fc, 32sc)
-FIRTEST_INT_TAP_ROW(F32s16s, "32s_16s", Fir32s16s, 32s_16s, 32s, 16s)
-FIRTEST_INT_TAP_ROW(F32sc16sc, "32sc_16sc", Fir32sc16sc, 32sc_16sc, 32sc, 16sc)
-
-#undef FIRTEST_FLOAT_SAMPLE_ROW
-#undef FIRTEST_INT_SAMPLE_ROW
-#undef FIRTEST_INT_TAP_ROW
-#undef FIRTEST_ROW_COMMON
+FIRTEST_FLOAT(F32f, Fir32f, _32f, , 32f)
+FIRTEST_FLOAT(F32fc, Fir32fc, _32fc, , 32fc)
+FIRTEST_FLOAT(F64f, Fir64f, _64f, , 64f)
+FIRTEST_FLOAT(F64fc, Fir64fc, _64fc, , 64fc)
+FIRTEST_FLOAT(F64f32f, Fir64f32f, 64f_32f, 64f, 32f)
+FIRTEST_FLOAT(F64fc32fc, Fir64fc32fc, 64fc_32fc, 64fc, 32fc)
+FIRTEST_INT(F32f16s, Fir32f16s, 32f_16s, 32f, 16s)
+FIRTEST_INT(F32fc16sc, Fir32fc16sc, 32fc_16sc, 32fc, 16sc)
+FIRTEST_INT(F64f16s, Fir64f16s, 64f_16s, 64f, 16s)
+FIRTEST_INT(F64fc16sc, Fir64fc16sc, 64fc_16sc, 64fc, 16sc)
+FIRTEST_INT(F64f32s, Fir64f32s, 64f_32s, 64f, 32s)
+FIRTEST_INT(F64fc32sc, Fir64fc32sc, 64fc_32sc, 64fc, 32sc)
+FIRTEST_INT_TAPS(F32s16s, Fir32s16s, 32s_16s, 32s, 16s)
+FIRTEST_INT_TAPS(F32sc16sc, Fir32sc16sc, 32sc_16sc, 32sc, 16sc)
 
 struct FilterRowName {
   template <typename Row>
@@ -245,6 +196,20 @@ std::vector<typename Row::Sample> samples(int n, unsigned seed) {
   return v;
 }
 
+// Random bit patterns: the delay line must move samples as they are.
+template <typename T>
+std::vector<T> randomBits(int n, unsigned seed) {
+  std::vector<T> v(static_cast<std::size_t>(n));
+  std::mt19937 g(seed);
+  auto* p = reinterpret_cast<unsigned char*>(v.data());
+  for (std::size_t i = 0; i < v.size() * sizeof(T); ++i) p[i] = static_cast<unsigned char>(g());
+  return v;
+}
+
+template <typename T>
+bool sameBits(const T* a, const T* b, std::size_t n) {
+  return std::memcmp(a, b, n * sizeof(T)) == 0;
+}
 template <typename T>
 bool sameBits(const std::vector<T>& a, const std::vector<T>& b) {
   return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0;
@@ -383,7 +348,7 @@ struct State {
   }
   ~State() {
     if (status == orvOk) {
-      EXPECT_EQ(Row::freeState(s), orvOk);
+      EXPECT_EQ(Row::release(s), orvOk);
     }
   }
   State(const State&) = delete;
@@ -391,5 +356,32 @@ struct State {
   orvsFIRState* s = nullptr;
   orvStatus status;
 };
+
+// Fails the n-th allocation of a creation for n = 1, 2, ... until it gets
+// through: each failure gives orvErrNoMemory, a null handle and no further
+// allocation (the sanitizer build shows nothing leaks). Returns the
+// allocation count of the successful creation, whose state init keeps.
+template <typename Init>
+long driveAllocationFailures(const Init& init, const std::string& what) {
+  using namespace orv::testing;
+  for (long n = 1; n < 1000; ++n) {
+    int dummy = 0;
+    orvsFIRState* s = reinterpret_cast<orvsFIRState*>(&dummy);
+    resetAllocationCount();
+    failNthAllocation(n);
+    const orvStatus st = init(&s);
+    const long made = allocationCount();
+    failNthAllocation(0);
+    if (st == orvOk) {
+      EXPECT_EQ(made, n - 1) << what << ": succeeded though allocation " << n << " failed";
+      return made;
+    }
+    EXPECT_EQ(st, orvErrNoMemory) << what << " n " << n;
+    EXPECT_EQ(s, nullptr) << what << " n " << n;
+    EXPECT_EQ(made, n) << what << ": went on after allocation " << n << " failed";
+  }
+  ADD_FAILURE() << what << " never succeeded";
+  return -1;
+}
 
 }  // namespace firtest
