@@ -65,28 +65,6 @@ TEST(FirIntegerTaps, LargeTapsAreShiftedInto16Bits) {
   }
 }
 
-TEST(FirIntegerTaps, ShadowCopyLayout) {
-  // Real: each reversed tap truncated to its low 16 bits.
-  const orv32s taps[4] = {1, -2, 0x7FFE, INT_MIN};
-  orvsFIRState* s = nullptr;
-  ASSERT_EQ(orvsFIRInitAlloc32s_16s(&s, taps, 4, 0, nullptr), orvOk);
-  const auto* shadow = static_cast<const orv16s*>(s->shadowTaps);
-  const orv16s expected[4] = {0, 0x7FFE, -2, 1};
-  for (int j = 0; j < 4; ++j) EXPECT_EQ(shadow[j], expected[j]) << j;
-  EXPECT_EQ(orvsFIRFree32s_16s(s), orvOk);
-
-  // Complex: (re, -im) of every reversed tap, then (im, re) of every one.
-  const orv32sc ctaps[2] = {{1, 2}, {3, -4}};
-  ASSERT_EQ(orvsFIRInitAlloc32sc_16sc(&s, ctaps, 2, 0, nullptr), orvOk);
-  const auto* cshadow = static_cast<const orv16sc*>(s->shadowTaps);
-  const orv16sc cexpected[4] = {{3, 4}, {1, -2}, {-4, 3}, {2, 1}};
-  for (int j = 0; j < 4; ++j) {
-    EXPECT_EQ(cshadow[j].re, cexpected[j].re) << j;
-    EXPECT_EQ(cshadow[j].im, cexpected[j].im) << j;
-  }
-  EXPECT_EQ(orvsFIRFree32sc_16sc(s), orvOk);
-}
-
 // ---- Quantisation -------------------------------------------------------------------
 
 struct QuantCase {

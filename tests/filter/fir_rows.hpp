@@ -118,38 +118,18 @@ using FftFilterRows = ::testing::Types<F32f, F32fc, F32f16s, F32fc16sc, F64f, F6
 // ---- Values -------------------------------------------------------------------------
 
 // Taps: floating in [-1, 1), integers that every creation keeps unshifted.
-inline void randomValue(std::mt19937& g, orv32f& t) {
-  t = std::uniform_real_distribution<float>(-1.0f, 1.0f)(g);
-}
-inline void randomValue(std::mt19937& g, orv64f& t) {
-  t = std::uniform_real_distribution<double>(-1.0, 1.0)(g);
-}
-inline void randomValue(std::mt19937& g, orv32s& t) {
-  t = std::uniform_int_distribution<orv32s>(-0x7FFE, 0x7FFE)(g);
-}
-template <typename C>
-void randomValue(std::mt19937& g, C& t) {
-  randomValue(g, t.re);
-  randomValue(g, t.im);
-}
-
 // Samples: floating in [-amp, amp), integers in [-amp, amp].
-inline void randomSample(std::mt19937& g, orv32f& x, double amp) {
-  x = static_cast<orv32f>(std::uniform_real_distribution<double>(-amp, amp)(g));
-}
-inline void randomSample(std::mt19937& g, orv64f& x, double amp) {
-  x = std::uniform_real_distribution<double>(-amp, amp)(g);
-}
-inline void randomSample(std::mt19937& g, orv16s& x, double amp) {
-  x = static_cast<orv16s>(std::uniform_int_distribution<int>(-int(amp), int(amp))(g));
-}
-inline void randomSample(std::mt19937& g, orv32s& x, double amp) {
-  x = std::uniform_int_distribution<orv32s>(-orv32s(amp), orv32s(amp))(g);
-}
-template <typename C>
-void randomSample(std::mt19937& g, C& x, double amp) {
-  randomSample(g, x.re, amp);
-  randomSample(g, x.im, amp);
+template <typename T>
+void randomValue(std::mt19937& g, T& v, double amp = 1.0) {
+  if constexpr (std::is_floating_point<T>::value) {
+    v = static_cast<T>(std::uniform_real_distribution<double>(-amp, amp)(g));
+  } else if constexpr (std::is_integral<T>::value) {
+    const long long m = amp == 1.0 ? 0x7FFE : static_cast<long long>(amp);
+    v = static_cast<T>(std::uniform_int_distribution<long long>(-m, m)(g));
+  } else {
+    randomValue(g, v.re, amp);
+    randomValue(g, v.im, amp);
+  }
 }
 
 template <typename Row>
@@ -192,7 +172,7 @@ template <typename Row>
 std::vector<typename Row::Sample> samples(int n, unsigned seed) {
   std::mt19937 g(seed);
   std::vector<typename Row::Sample> v(static_cast<std::size_t>(n));
-  for (auto& x : v) randomSample(g, x, amplitude<Row>());
+  for (auto& x : v) randomValue(g, x, amplitude<Row>());
   return v;
 }
 

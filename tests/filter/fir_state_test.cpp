@@ -237,5 +237,38 @@ TYPED_TEST(FirState, EveryFailedAllocationIsReleased) {
   }
 }
 
+template <typename Row>
+class FirStateFftLen : public ::testing::Test {};
+TYPED_TEST_SUITE(FirStateFftLen, FftFilterRows, FilterRowName);
+
+// The transform length by tap count (first counts of each length): none
+// below the threshold, then the smallest power of two above tapsLen,
+// doubled while that is below 256.
+struct LenFrom {
+  int from, fftLen;
+};
+const std::vector<LenFrom> kRealLens = {{1, -1},    {32, 128},  {64, 256},   {256, 512},
+                                        {512, 1024}, {1024, 2048}, {1031, 0}};
+const std::vector<LenFrom> kComplexLens = {{1, -1},     {16, 64},     {32, 128}, {64, 256},
+                                           {256, 512}, {512, 1024}, {1024, 2048}, {1031, 0}};
+
+TYPED_TEST(FirStateFftLen, TransformLengthFollowsTheTapCount) {
+  using Row = TypeParam;
+  const auto h = taps<Row>(1030, 61);
+  const auto& lens = Row::Family::kComplex ? kComplexLens : kRealLens;
+  for (std::size_t r = 0; r + 1 < lens.size(); ++r) {
+    // Both ends of every range, and every count up to 130.
+    for (int n = lens[r].from; n < lens[r + 1].from; ++n) {
+      if (n > 130 && n != lens[r].from && n != lens[r + 1].from - 1) continue;
+      orvsFIRState* s = nullptr;
+      ASSERT_EQ(Row::init(&s, h.data(), n, nullptr), orvOk) << n;
+      EXPECT_EQ(s->fftLen, lens[r].fftLen) << "tapsLen " << n;
+      EXPECT_EQ(s->fftContext == nullptr, lens[r].fftLen < 0) << n;
+      EXPECT_EQ(s->fftTaps == nullptr, lens[r].fftLen < 0) << n;
+      EXPECT_EQ(Row::release(s), orvOk);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace firtest
