@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "core/test_hooks.hpp"
-#include "fir_filter_rows.hpp"
+#include "fir_rows.hpp"
 
 namespace firtest {
 namespace {
@@ -45,6 +45,15 @@ template <typename Row>
 std::vector<Val<Row>> values(const std::vector<typename Row::Sample>& x) {
   std::vector<Val<Row>> v;
   for (const auto& s : x) v.push_back(valueOf(s));
+  return v;
+}
+
+// The values of the history a delay line (newest first) gives: the oldest
+// sample is never used.
+template <typename Row>
+std::vector<Val<Row>> pastOf(const std::vector<typename Row::Sample>& dly) {
+  auto v = values<Row>(historyOf(dly));
+  v.erase(v.begin());
   return v;
 }
 
@@ -193,8 +202,7 @@ TYPED_TEST(FirFft, OutputsWithinRoundingOfTheExactFilter) {
     // Each call continues from the last one: dly is the state's delay line.
     for (int len : {N + 1, 2 * N + 7, 5 * N + 3}) {
       SCOPED_TRACE(::testing::Message() << "T " << T << " N " << N << " len " << len);
-      auto hist = values<Row>(historyOf(dly));
-      hist.erase(hist.begin());
+      const auto hist = pastOf<Row>(dly);
       const auto x = samples<Row>(len, 302 + T + len);
       const auto xv = values<Row>(x);
       const auto expect = overlapSave<Row>(h, hist, xv, N);
@@ -234,8 +242,7 @@ TYPED_TEST(FirFft, BlocksInTheHistoryStartAtPositionH) {
   const auto h = taps<Row>(T, 401);
   const auto dly = samples<Row>(T, 402);
   const auto x = samples<Row>(len, 403);
-  auto hist = values<Row>(historyOf(dly));
-  hist.erase(hist.begin());
+  const auto hist = pastOf<Row>(dly);
   const auto expect = overlapSave<Row>(h, hist, values<Row>(x), N);
   const auto direct = exactDirect<Row>(h, hist, values<Row>(x));
   State<Row> st(h, &dly);
@@ -251,65 +258,47 @@ TYPED_TEST(FirFft, BlocksInTheHistoryStartAtPositionH) {
   EXPECT_TRUE(sameBits(historyOf(d), lastSamples(historyOf(dly), x, T)));
 }
 
-// The FFT kernel serves blocks longer than the transform; a block of exactly
-// fftLen stays direct, bit for bit. Made visible by failing the kernel's
-// first allocation: the direct kernel needs none.
-TYPED_TEST(FirFft, OutOfPlaceTakesTheTransformAboveItsLength) {
+// Out of place, the FFT kernel serves blocks longer than the transform; a
+// block of exactly fftLen stays direct, bit for bit. In place, real-tap
+// families take the transform for any length, complex-tap families only
+// above it. Made visible by failing an allocation of the FFT kernel: the
+// direct kernel needs none (in place: none after the temporary).
+TYPED_TEST(FirFft, ChoiceOfTheKernel) {
   using Row = TypeParam;
   using S = typename Row::Sample;
   const int sf = defaultScale<Row>();
-  const int T = Row::Family::kComplex ? 16 : 32;
-  const int N = fftLenOf<Row>(T);
+  const int T = 32, N = fftLenOf<Row>(T), len = 10;
   const auto h = taps<Row>(T, 501);
   const auto dly = samples<Row>(T, 502);
   const auto x = samples<Row>(N + 1, 503);
   State<Row> st(h, &dly);
   ASSERT_EQ(st.status, orvOk);
-  std::vector<S> y(N + 1);
+  std::vector<S> y(N);
   orv::testing::failNthAllocation(1);
   EXPECT_EQ(Row::block(x.data(), y.data(), N, st.s, sf), orvOk);
   orv::testing::failNthAllocation(0);
-  const std::vector<S> first(x.begin(), x.begin() + N);
-  y.resize(N);
-  EXPECT_EQ(firstDifference(y, reference<Row>(h, historyOf(dly), first, sf)), -1);
+  EXPECT_EQ(firstDifference(y, reference<Row>(h, historyOf(dly), {x.begin(), x.end() - 1}, sf)), -1);
   y.resize(N + 1);
   orv::testing::failNthAllocation(1);
   EXPECT_EQ(Row::block(x.data(), y.data(), N + 1, st.s, sf), orvErrNoMemory);
   orv::testing::failNthAllocation(0);
-}
 
-// In place, real-tap families take the transform for any length once the
-// state has one, complex-tap families only above its length: with the
-// second allocation (the one after the temporary) failing, a short block
-// fails in the former and goes through in the latter.
-TYPED_TEST(FirFft, InPlaceChoiceDiffersBetweenRealAndComplexTaps) {
-  using Row = TypeParam;
-  using S = typename Row::Sample;
-  const int sf = defaultScale<Row>();
-  const int T = 32, len = 10;
-  const auto h = taps<Row>(T, 601);
-  const auto dly = samples<Row>(T, 602);
-  const auto x = samples<Row>(len, 603);
-  State<Row> st(h, &dly);
-  ASSERT_EQ(st.status, orvOk);
-  std::vector<S> y(x);
+  State<Row> st2(h, &dly), st3(h, &dly);
+  const std::vector<S> x10(x.begin(), x.begin() + len);
+  std::vector<S> z(x10);
   orv::testing::failNthAllocation(2);
-  const orvStatus status = Row::blockI(y.data(), len, st.s, sf);
+  const orvStatus status = Row::blockI(z.data(), len, st2.s, sf);
   orv::testing::failNthAllocation(0);
-  const auto expect = reference<Row>(h, historyOf(dly), x, sf);
   if (Row::Family::kComplex) {
     EXPECT_EQ(status, orvOk);
-    EXPECT_EQ(firstDifference(y, expect), -1);
+    EXPECT_EQ(firstDifference(z, reference<Row>(h, historyOf(dly), x10, sf)), -1);
   } else {
     EXPECT_EQ(status, orvErrNoMemory);
     // The short case of the transform, within rounding of the filter.
-    State<Row> st2(h, &dly);
-    std::vector<S> z(x);
-    ASSERT_EQ(Row::blockI(z.data(), len, st2.s, sf), orvOk);
-    auto hist = values<Row>(historyOf(dly));
-    hist.erase(hist.begin());
-    EXPECT_LE(worstExcess<Row>(z, exactDirect<Row>(h, hist, values<Row>(x)), sf),
-              transformBound<Row>(h, amplitude<Row>(), st2.s->fftLen));
+    z = x10;
+    ASSERT_EQ(Row::blockI(z.data(), len, st3.s, sf), orvOk);
+    EXPECT_LE(worstExcess<Row>(z, exactDirect<Row>(h, pastOf<Row>(dly), values<Row>(x10)), sf),
+              transformBound<Row>(h, amplitude<Row>(), N));
   }
 }
 
@@ -336,8 +325,7 @@ TYPED_TEST(FirFftRealTaps, ShortCaseFollowsTheRunningIndex) {
   std::vector<S> z(x.begin() + 3, x.end());
   ASSERT_EQ(Row::blockI(z.data(), len, st.s, sf), orvOk);
   std::copy(z.begin(), z.end(), y.begin() + 3);
-  auto hist = values<Row>(historyOf(dly));
-  hist.erase(hist.begin());
+  const auto hist = pastOf<Row>(dly);
   const auto exact = exactDirect<Row>(h, hist, values<Row>(x));
   EXPECT_LE(worstExcess<Row>(y, exact, sf, 3),
             transformBound<Row>(h, amplitude<Row>(), st.s->fftLen));
@@ -360,8 +348,7 @@ TYPED_TEST(FirFftRealTaps, InPlaceBlockShorterThanTheFilter) {
   const auto dly = samples<Row>(T, 802);
   const auto x = samples<Row>(len, 803);
   const auto oldest = historyOf(dly);
-  auto hist = values<Row>(oldest);
-  hist.erase(hist.begin());
+  const auto hist = pastOf<Row>(dly);
   const double bound = transformBound<Row>(h, amplitude<Row>(), N);
   {
     State<Row> st(h, &dly);
