@@ -270,5 +270,52 @@ TYPED_TEST(FirStateFftLen, TransformLengthFollowsTheTapCount) {
   }
 }
 
+// The spectrum a state keeps is the forward transform of its zero-padded
+// taps, bit for bit what the family's engine gives for the same input. (The
+// engine itself is checked against an exact DFT with the transforms.)
+template <orv::filter::FirFft P>
+struct Engine;
+#define FIRTEST_ENGINE(P, ELEM, KIND, FWD, SUF)                                        \
+  template <>                                                                         \
+  struct Engine<orv::filter::FirFft::P> {                                             \
+    using Elem = ELEM;                                                                \
+    static orvStatus init(orvsFFTContext** c, int order) {                            \
+      return orvsFFTInitAlloc_##KIND##_##SUF(c, order, orvScaleInverse, 0);           \
+    }                                                                                 \
+    static orvStatus forward(const Elem* s, Elem* d, const orvsFFTContext* c) {       \
+      return orvsFFTFwd_##FWD##_##SUF(s, d, c, nullptr);                              \
+    }                                                                                 \
+    static void release(orvsFFTContext* c) { orvsFFTFree_##KIND##_##SUF(c); }         \
+  };
+FIRTEST_ENGINE(Real32, orv32f, R, RToPerm, 32f)
+FIRTEST_ENGINE(Real64, orv64f, R, RToPerm, 64f)
+FIRTEST_ENGINE(Complex32, orv32fc, C, CToC, 32fc)
+FIRTEST_ENGINE(Complex64, orv64fc, C, CToC, 64fc)
+#undef FIRTEST_ENGINE
+
+TYPED_TEST(FirStateFftLen, SpectrumOfTheTapsIsTheirTransform) {
+  using Row = TypeParam;
+  using E = Engine<Row::Family::kFft>;
+  using Elem = typename E::Elem;
+  static_assert(std::is_same<Elem, typename Row::Tap>::value, "the spectrum has the tap type");
+  for (int n : {16, 45, 64, 200}) {
+    if (n < (Row::Family::kComplex ? 16 : 32)) continue;
+    const auto h = taps<Row>(n, 70 + n);
+    orvsFIRState* s = nullptr;
+    ASSERT_EQ(Row::init(&s, h.data(), n, nullptr), orvOk);
+    const int N = s->fftLen;
+    int order = 0;
+    while ((1 << order) < N) ++order;
+    orvsFFTContext* c = nullptr;
+    ASSERT_EQ(E::init(&c, order), orvOk);
+    std::vector<Elem> padded(N, Elem{}), expected(N);
+    std::copy(h.begin(), h.end(), padded.begin());
+    ASSERT_EQ(E::forward(padded.data(), expected.data(), c), orvOk);
+    EXPECT_TRUE(sameBits(static_cast<const Elem*>(s->fftTaps), expected.data(), N)) << "tapsLen " << n;
+    E::release(c);
+    EXPECT_EQ(Row::release(s), orvOk);
+  }
+}
+
 }  // namespace
 }  // namespace firtest
