@@ -147,59 +147,38 @@ using Fir64f16s = FirFamily<orv64f, orv16s, tagOf("FI25"), tagOf("FI27"), FirFft
 using Fir64fc16sc =
     FirFamily<orv64fc, orv16sc, tagOf("FI26"), tagOf("FI28"), FirFft::Complex64, 0>;
 
-// The transform of a family's FFT path, in the taps' precision: made with
-// flag orvScaleInverse (forward unscaled, inverse divided by the length) and
-// hint 0. Elem is the element of the spectrum, the tap type itself.
+// The transform of a family's FFT path, in the taps' precision, through the
+// library's own names: creation with flag orvScaleInverse (forward unscaled,
+// inverse divided by the length) and hint 0, the work size, both directions
+// (a null work buffer means the transform takes its own), and the product of
+// two spectra in place. Elem is the element of the spectrum, the tap type.
 template <FirFft P>
 struct FirFftEngine;
 
-template <>
-struct FirFftEngine<FirFft::Real32> {
-  using Elem = orv32f;
-  static orvStatus init(orvsFFTContext** c, int order) {
-    return orvsFFTInitAlloc_R_32f(c, order, orvScaleInverse, 0);
-  }
-  static orvStatus forward(const Elem* src, Elem* dst, const orvsFFTContext* c) {
-    return orvsFFTFwd_RToPerm_32f(src, dst, c, nullptr);
-  }
-  static void release(orvsFFTContext* c) { orvsFFTFree_R_32f(c); }
-};
-
-template <>
-struct FirFftEngine<FirFft::Real64> {
-  using Elem = orv64f;
-  static orvStatus init(orvsFFTContext** c, int order) {
-    return orvsFFTInitAlloc_R_64f(c, order, orvScaleInverse, 0);
-  }
-  static orvStatus forward(const Elem* src, Elem* dst, const orvsFFTContext* c) {
-    return orvsFFTFwd_RToPerm_64f(src, dst, c, nullptr);
-  }
-  static void release(orvsFFTContext* c) { orvsFFTFree_R_64f(c); }
-};
-
-template <>
-struct FirFftEngine<FirFft::Complex32> {
-  using Elem = orv32fc;
-  static orvStatus init(orvsFFTContext** c, int order) {
-    return orvsFFTInitAlloc_C_32fc(c, order, orvScaleInverse, 0);
-  }
-  static orvStatus forward(const Elem* src, Elem* dst, const orvsFFTContext* c) {
-    return orvsFFTFwd_CToC_32fc(src, dst, c, nullptr);
-  }
-  static void release(orvsFFTContext* c) { orvsFFTFree_C_32fc(c); }
-};
-
-template <>
-struct FirFftEngine<FirFft::Complex64> {
-  using Elem = orv64fc;
-  static orvStatus init(orvsFFTContext** c, int order) {
-    return orvsFFTInitAlloc_C_64fc(c, order, orvScaleInverse, 0);
-  }
-  static orvStatus forward(const Elem* src, Elem* dst, const orvsFFTContext* c) {
-    return orvsFFTFwd_CToC_64fc(src, dst, c, nullptr);
-  }
-  static void release(orvsFFTContext* c) { orvsFFTFree_C_64fc(c); }
-};
+#define ORV_FIR_FFT_ENGINE(P, ELEM, KIND, FWD, INV, MUL, SUF)                                  \
+  template <>                                                                                 \
+  struct FirFftEngine<FirFft::P> {                                                            \
+    using Elem = ELEM;                                                                        \
+    static orvStatus init(orvsFFTContext** c, int order) {                                    \
+      return orvsFFTInitAlloc_##KIND##_##SUF(c, order, orvScaleInverse, 0);                   \
+    }                                                                                         \
+    static void release(orvsFFTContext* c) { orvsFFTFree_##KIND##_##SUF(c); }                 \
+    static orvStatus bufSize(const orvsFFTContext* c, int* n) {                               \
+      return orvsFFTGetBufSize_##KIND##_##SUF(c, n);                                          \
+    }                                                                                         \
+    static orvStatus forward(const Elem* x, Elem* y, const orvsFFTContext* c, orv8u* w) {     \
+      return orvsFFTFwd_##FWD##_##SUF(x, y, c, w);                                            \
+    }                                                                                         \
+    static orvStatus inverse(const Elem* x, Elem* y, const orvsFFTContext* c, orv8u* w) {     \
+      return orvsFFTInv_##INV##_##SUF(x, y, c, w);                                            \
+    }                                                                                         \
+    static orvStatus multiply(const Elem* taps, Elem* b, int n) { return MUL(taps, b, n); }   \
+  };
+ORV_FIR_FFT_ENGINE(Real32, orv32f, R, RToPerm, PermToR, orvsMulPerm_32f_I, 32f)
+ORV_FIR_FFT_ENGINE(Real64, orv64f, R, RToPerm, PermToR, orvsMulPerm_64f_I, 64f)
+ORV_FIR_FFT_ENGINE(Complex32, orv32fc, C, CToC, CToC, orvsMul_32fc_I, 32fc)
+ORV_FIR_FFT_ENGINE(Complex64, orv64fc, C, CToC, CToC, orvsMul_64fc_I, 64fc)
+#undef ORV_FIR_FFT_ENGINE
 
 // Typed views of the record's buffers.
 template <typename F>

@@ -439,62 +439,6 @@ void firDirectStateless(const typename F::Sample* src, typename F::Sample* dst, 
 
 // ---- Overlap-save FFT kernel ------------------------------------------------------------
 
-// The library's transform, spectrum product and buffer size by precision.
-template <FirFft P>
-struct FirFftOps;
-
-template <>
-struct FirFftOps<FirFft::Real32> {
-  using Elem = orv32f;
-  static orvStatus bufSize(const orvsFFTContext* c, int* n) { return orvsFFTGetBufSize_R_32f(c, n); }
-  static orvStatus forward(const Elem* x, Elem* y, const orvsFFTContext* c, orv8u* w) {
-    return orvsFFTFwd_RToPerm_32f(x, y, c, w);
-  }
-  static orvStatus inverse(const Elem* x, Elem* y, const orvsFFTContext* c, orv8u* w) {
-    return orvsFFTInv_PermToR_32f(x, y, c, w);
-  }
-  static orvStatus multiply(const Elem* taps, Elem* b, int n) { return orvsMulPerm_32f_I(taps, b, n); }
-};
-
-template <>
-struct FirFftOps<FirFft::Real64> {
-  using Elem = orv64f;
-  static orvStatus bufSize(const orvsFFTContext* c, int* n) { return orvsFFTGetBufSize_R_64f(c, n); }
-  static orvStatus forward(const Elem* x, Elem* y, const orvsFFTContext* c, orv8u* w) {
-    return orvsFFTFwd_RToPerm_64f(x, y, c, w);
-  }
-  static orvStatus inverse(const Elem* x, Elem* y, const orvsFFTContext* c, orv8u* w) {
-    return orvsFFTInv_PermToR_64f(x, y, c, w);
-  }
-  static orvStatus multiply(const Elem* taps, Elem* b, int n) { return orvsMulPerm_64f_I(taps, b, n); }
-};
-
-template <>
-struct FirFftOps<FirFft::Complex32> {
-  using Elem = orv32fc;
-  static orvStatus bufSize(const orvsFFTContext* c, int* n) { return orvsFFTGetBufSize_C_32fc(c, n); }
-  static orvStatus forward(const Elem* x, Elem* y, const orvsFFTContext* c, orv8u* w) {
-    return orvsFFTFwd_CToC_32fc(x, y, c, w);
-  }
-  static orvStatus inverse(const Elem* x, Elem* y, const orvsFFTContext* c, orv8u* w) {
-    return orvsFFTInv_CToC_32fc(x, y, c, w);
-  }
-  static orvStatus multiply(const Elem* taps, Elem* b, int n) { return orvsMul_32fc_I(taps, b, n); }
-};
-
-template <>
-struct FirFftOps<FirFft::Complex64> {
-  using Elem = orv64fc;
-  static orvStatus bufSize(const orvsFFTContext* c, int* n) { return orvsFFTGetBufSize_C_64fc(c, n); }
-  static orvStatus forward(const Elem* x, Elem* y, const orvsFFTContext* c, orv8u* w) {
-    return orvsFFTFwd_CToC_64fc(x, y, c, w);
-  }
-  static orvStatus inverse(const Elem* x, Elem* y, const orvsFFTContext* c, orv8u* w) {
-    return orvsFFTInv_CToC_64fc(x, y, c, w);
-  }
-  static orvStatus multiply(const Elem* taps, Elem* b, int n) { return orvsMul_64fc_I(taps, b, n); }
-};
-
 // Copies through the library's own names, for the families whose samples are
 // the transform's elements.
 inline orvStatus firCopy(const orv32f* x, orv32f* y, int n) { return orvsCopy_32f(x, y, n); }
@@ -509,7 +453,7 @@ template <typename F>
 class FirFftIo {
  public:
   using Sample = typename F::Sample;
-  using Elem = typename FirFftOps<F::kFft>::Elem;
+  using Elem = typename FirFftEngine<F::kFft>::Elem;
   static constexpr bool kSame = std::is_same<Sample, Elem>::value;
 
   explicit FirFftIo(int scaleFactor) : scaleFactor_(scaleFactor), factor_(firOutputFactor(scaleFactor)) {}
@@ -578,7 +522,7 @@ template <typename F>
 orvStatus firFftBlock(orvsFIRState* s, const typename F::Sample* src, typename F::Sample* dst,
                       int len, int scaleFactor) {
   using S = typename F::Sample;
-  using Ops = FirFftOps<F::kFft>;
+  using Ops = FirFftEngine<F::kFft>;
   using Elem = typename Ops::Elem;
   const int N = s->fftLen;
   const int T = s->tapsLen;

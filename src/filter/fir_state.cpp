@@ -245,7 +245,7 @@ bool makeSpectrum(orvsFIRState* s, const typename F::Tap* taps) {
   const orvStatus made = Ops::init(&context, order);
   s->fftContext = context;
   if (made != orvOk || context == nullptr) return false;
-  return Ops::forward(spectrum, spectrum, context) == orvOk;
+  return Ops::forward(spectrum, spectrum, context, nullptr) == orvOk;
 }
 
 template <typename F>
