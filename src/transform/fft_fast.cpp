@@ -239,9 +239,55 @@ ORV_AVX void radix4(T* x, std::size_t len, std::size_t span, const T* tab, bool 
   }
 }
 
+// b times w with w given as its real and imaginary parts, each in both
+// halves of its complex lane (conjugate w in the inverse direction).
+template <bool Inv>
+ORV_AVX_INLINE V2 twiddleSplit(V2 b, V2 wr, V2 wi) {
+  if (Inv) wi = _mm256_xor_pd(wi, _mm256_set1_pd(-0.0));
+  return _mm256_addsub_pd(_mm256_mul_pd(b, wr), _mm256_mul_pd(swapReIm(b), wi));
+}
+
+// The last radix-4 stage, whose span is the whole leaf: butterflies j = 0
+// and 1 as in radix4, the rest two at a time with their twiddles read in
+// sequence from the widened table.
+template <bool Inv, typename T>
+ORV_AVX void lastStage(T* x, std::size_t len, const T* tab, const double* w) {
+  using M = Mem<T>;
+  const std::size_t q = len / 4;
+  const Interleaved<T> v{x};
+  for (std::size_t j = 0; j < 2; ++j) {
+    Cx a = v.load(j), b = v.load(j + q), c = v.load(j + 2 * q), d = v.load(j + 3 * q);
+    if (j != 0) {
+      const T* t = tab + 6 * j;
+      b = fft::twiddle<Inv>(b, t[2], t[3]);
+      c = fft::twiddle<Inv>(c, t[0], t[1]);
+      d = fft::twiddle<Inv>(d, t[4], t[5]);
+    }
+    Cx y0, y1, y2, y3;
+    fft::combine4<Inv>(a, b, c, d, y0, y1, y2, y3);
+    v.store(j, y0);
+    v.store(j + q, y1);
+    v.store(j + 2 * q, y2);
+    v.store(j + 3 * q, y3);
+  }
+  for (std::size_t j = 2; j < q; j += 2, w += 24) {
+    T* p = x + 2 * j;
+    const V2 a = M::load2(p);
+    const V2 b = twiddleSplit<Inv>(M::load2(p + 2 * q), _mm256_loadu_pd(w), _mm256_loadu_pd(w + 4));
+    const V2 c = twiddleSplit<Inv>(M::load2(p + 4 * q), _mm256_loadu_pd(w + 8), _mm256_loadu_pd(w + 12));
+    const V2 d = twiddleSplit<Inv>(M::load2(p + 6 * q), _mm256_loadu_pd(w + 16), _mm256_loadu_pd(w + 20));
+    V2 y0, y1, y2, y3;
+    combine4<Inv>(a, b, c, d, y0, y1, y2, y3);
+    M::store2(p, y0);
+    M::store2(p + 2 * q, y1);
+    M::store2(p + 4 * q, y2);
+    M::store2(p + 6 * q, y3);
+  }
+}
+
 // The stage list of the plain interleaved kernel.
 template <bool Inv, typename T>
-ORV_AVX void leafAvx(T* x, int order, const T* tab) {
+ORV_AVX void leafAvx(T* x, int order, const T* tab, const double* last) {
   const std::size_t len = std::size_t(1) << order;
   if (len < 16) {
     fft::leafInterleaved<Inv>(Interleaved<T>{x}, order, tab);
@@ -256,7 +302,9 @@ ORV_AVX void leafAvx(T* x, int order, const T* tab) {
     radix4<Inv>(x, len, 16, tab, true);
     span = 64;
   }
-  for (; span <= len; span *= 4) radix4<Inv>(x, len, span, tab, false);
+  for (; span < len; span *= 4) radix4<Inv>(x, len, span, tab, false);
+  if (last != nullptr) lastStage<Inv>(x, len, tab, last);
+  else if (span == len) radix4<Inv>(x, len, span, tab, false);
 }
 
 template <bool Inv, typename T>
@@ -622,8 +670,8 @@ std::size_t unpackForward(T* x, std::size_t h, const T* tab) {
 }
 
 template <bool Inv, typename T>
-void leafInterleaved(T* x, int order, const T* tab) {
-  leafAvx<Inv>(x, order, tab);
+void leafInterleaved(T* x, int order, const T* tab, const double* last) {
+  leafAvx<Inv>(x, order, tab, last);
 }
 
 template <bool Inv, typename T>
@@ -637,10 +685,10 @@ void columnGroup(T* x, std::size_t rows, std::size_t cols, std::size_t c, const 
   columnsAvx<Inv>(x, rows, cols, c, step, s, tab, work);
 }
 
-template void leafInterleaved<false, float>(float*, int, const float*);
-template void leafInterleaved<true, float>(float*, int, const float*);
-template void leafInterleaved<false, double>(double*, int, const double*);
-template void leafInterleaved<true, double>(double*, int, const double*);
+template void leafInterleaved<false, float>(float*, int, const float*, const double*);
+template void leafInterleaved<true, float>(float*, int, const float*, const double*);
+template void leafInterleaved<false, double>(double*, int, const double*, const double*);
+template void leafInterleaved<true, double>(double*, int, const double*, const double*);
 template void blockedPass<false, float>(float*, std::size_t, std::size_t, const float*, std::size_t);
 template void blockedPass<true, float>(float*, std::size_t, std::size_t, const float*, std::size_t);
 template void blockedPass<false, double>(double*, std::size_t, std::size_t, const double*, std::size_t);

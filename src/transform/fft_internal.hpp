@@ -38,6 +38,10 @@ struct orvsFFTContext {
   void* realInverseTwiddles;
   void* columnTwiddles[3];  // per four-step level, level 0 outermost
   void* stepTwiddles[3];
+  // The leaf table's last radix-4 stage in the order the vector kernel reads
+  // it, widened to double (see makeLastStageTable); null where that stage
+  // has no general butterflies.
+  double* lastStageTwiddles;
 };
 
 namespace orv {
@@ -442,7 +446,9 @@ std::size_t unpackForward(T* x, std::size_t h, const T* tab);
 template <typename T>
 std::size_t packInverse(const T* src, T* dst, std::size_t h, const T* tab);
 template <bool Inv, typename T>
-void leafInterleaved(T* x, int order, const T* tab);
+// `last`, where not null, is the leaf's widened last stage
+// (orvsFFTContext::lastStageTwiddles) for the same order.
+void leafInterleaved(T* x, int order, const T* tab, const double* last);
 template <bool Inv, typename T>
 void blockedPass(T* x, std::size_t n, std::size_t span, const T* pass, std::size_t stripe);
 // The column step of a four-step level for columns c..c+3 of a rows x cols
@@ -455,11 +461,11 @@ void columnGroup(T* x, std::size_t rows, std::size_t cols, std::size_t c, const 
 
 // The leaf kernel of a data form; `Fast` lets the vector kernels serve.
 template <bool Inv, bool Fast, class V, typename T>
-inline void leaf(V x, int order, const T* tab) {
+inline void leaf(V x, int order, const T* tab, const double* last = nullptr) {
   if constexpr (V::kSplit) {
     leafSplit<Inv>(x, order, tab);
   } else {
-    if (Fast && fast::available()) fast::leafInterleaved<Inv>(x.p, order, tab);
+    if (Fast && fast::available()) fast::leafInterleaved<Inv>(x.p, order, tab, last);
     else leafInterleaved<Inv>(x, order, tab);
   }
 }
@@ -515,7 +521,7 @@ inline void blockedPath(V x, int order, const orvsFFTContext* ctx, bool scaled, 
   const std::size_t n = std::size_t(1) << order, leafLen = std::size_t(1) << leafOrder;
   const T* tab = static_cast<const T*>(ctx->leafTwiddles);
   for (std::size_t b = n / leafLen; b-- > 0;) {
-    leaf<Inv, Fast>(x.at(b * leafLen), leafOrder, tab);
+    leaf<Inv, Fast>(x.at(b * leafLen), leafOrder, tab, ctx->lastStageTwiddles);
     if (scaled) x.at(b * leafLen).scale(leafLen, scale);
   }
   const T* pass = static_cast<const T*>(ctx->passTwiddles);
@@ -543,7 +549,7 @@ inline void runPath(V x, int order, int level, const orvsFFTContext* ctx, bool s
                     T* work) {
   switch (pathOf<T>(order)) {
     case Path::Leaf:
-      leaf<Inv, Fast>(x, order, static_cast<const T*>(ctx->leafTwiddles));
+      leaf<Inv, Fast>(x, order, static_cast<const T*>(ctx->leafTwiddles), ctx->lastStageTwiddles);
       if (scaled) x.scale(std::size_t(1) << order, scale);
       break;
     case Path::Blocked:

@@ -2,6 +2,7 @@
 // leaf, pass, column and step twiddles, all derived from one sine table.
 #include <cmath>
 #include <cstring>
+#include <initializer_list>
 
 #include "transform/fft_internal.hpp"
 
@@ -45,6 +46,47 @@ T* makeLeafTable(int order, const T* sine, int sineOrder) {
     twiddleFromSine(sine, sineLen, len, 3 * k, e[4], e[5]);
   }
   return tab;
+}
+
+// The general butterflies (j >= 2) of the leaf's last radix-4 stage, whose
+// span is the leaf length, read their own three twiddles each. For the
+// vector kernel, which does j and j+1 together, each pair of butterflies
+// gets, for the twiddles of b, c and d in turn (W^2j, W^j, W^3j), the real
+// parts as [wr(j) wr(j) wr(j+1) wr(j+1)] and then the imaginary parts
+// likewise, in double. The values are the leaf table's, widened exactly.
+// Leaves of length 16 have no such butterflies (their last stage is the
+// special span 16), nor do shorter ones.
+std::int64_t lastStageCount(int order) { return 6 * ((std::int64_t(1) << order) / 4 - 2) * 2; }
+
+template <typename T>
+double* makeLastStageTable(int order, const T* leaf) {
+  if (order < 5) return nullptr;
+  double* tab = allocateArray<double>(lastStageCount(order));
+  if (tab == nullptr) return nullptr;
+  const std::int64_t quarter = (std::int64_t(1) << order) / 4;
+  double* out = tab;
+  for (std::int64_t j = 2; j < quarter; j += 2) {
+    const T* e = leaf + 6 * j;
+    const T* n = e + 6;
+    for (int w : {2, 0, 4}) {
+      const double re[4] = {double(e[w]), double(e[w]), double(n[w]), double(n[w])};
+      const double im[4] = {double(e[w + 1]), double(e[w + 1]), double(n[w + 1]), double(n[w + 1])};
+      std::memcpy(out, re, sizeof re);
+      std::memcpy(out + 4, im, sizeof im);
+      out += 8;
+    }
+  }
+  return tab;
+}
+
+// The leaf table of the transform's leaf length and its widened last stage.
+template <typename T>
+bool buildLeafTables(orvsFFTContext* ctx, int order, const T* sine, int sineOrder) {
+  T* leaf = makeLeafTable(order, sine, sineOrder);
+  ctx->leafTwiddles = leaf;
+  if (leaf == nullptr) return false;
+  ctx->lastStageTwiddles = makeLastStageTable(order, leaf);
+  return order < 5 || ctx->lastStageTwiddles != nullptr;
 }
 
 // Pass table of length 2^order: W^k for k = 0..N/4-1.
@@ -112,13 +154,11 @@ template <typename T>
 bool buildPath(orvsFFTContext* ctx, int order, int level, const T* sine, int sineOrder) {
   switch (pathOf<T>(order)) {
     case Path::Leaf:
-      ctx->leafTwiddles = makeLeafTable(order, sine, sineOrder);
-      return ctx->leafTwiddles != nullptr;
+      return buildLeafTables(ctx, order, sine, sineOrder);
     case Path::Blocked:
       ctx->passTwiddles = makePassTable(order, sine, sineOrder);
       if (ctx->passTwiddles == nullptr) return false;
-      ctx->leafTwiddles = makeLeafTable(Precision<T>::kBlockedLeafOrder, sine, sineOrder);
-      if (ctx->leafTwiddles == nullptr) return false;
+      if (!buildLeafTables(ctx, Precision<T>::kBlockedLeafOrder, sine, sineOrder)) return false;
       if (ctx->workBytes < 16) ctx->workBytes = 16;
       return true;
     case Path::FourStep:
@@ -225,7 +265,8 @@ void releaseTables(orvsFFTContext* ctx) {
                      &ctx->columnTwiddles[2],
                      &ctx->stepTwiddles[0],
                      &ctx->stepTwiddles[1],
-                     &ctx->stepTwiddles[2]};
+                     &ctx->stepTwiddles[2],
+                     reinterpret_cast<void**>(&ctx->lastStageTwiddles)};
   for (void** t : tables) {
     orvsFree(*t);
     *t = nullptr;
