@@ -426,7 +426,8 @@ inline void leafSplit(V x, int order, const T* tab) {
 namespace fast {
 // Instruction-set levels of the vector kernels. level() is the best one the
 // processor supports; a kernel of a higher level is never chosen.
-enum Level : int { kPlain = 0, kAvx = 1 };
+// kAvxFma is kAvx with fused multiply-adds where they are exact.
+enum Level : int { kPlain = 0, kAvx = 1, kAvxFma = 2, kTop = kAvxFma };
 int level();
 inline bool available() { return level() >= kAvx; }
 // Caps level(), so that the tests can run every level the processor has.

@@ -20,6 +20,7 @@ namespace {
 
 using orv::fft::fast::kAvx;
 using orv::fft::fast::kPlain;
+using orv::fft::fast::kTop;
 using orv::fft::fast::level;
 using orv::fft::fast::limitLevel;
 
@@ -30,11 +31,11 @@ template <typename T>
 void sameAtEveryLevel(const std::function<std::vector<T>()>& run, const std::string& what) {
   limitLevel(kPlain);
   const std::vector<T> want = run();
-  limitLevel(kAvx);
+  limitLevel(kTop);
   for (int l = kAvx; l <= level(); ++l) {
     limitLevel(l);
     const std::vector<T> got = run();
-    limitLevel(kAvx);
+    limitLevel(kTop);
     ASSERT_EQ(got.size(), want.size());
     std::size_t bad = 0;
     for (std::size_t i = 0; i < got.size(); ++i) {
@@ -121,7 +122,7 @@ void compareReal(int order, int flag, bool special) {
     std::vector<T> spec(reals);
     limitLevel(kPlain);
     ASSERT_EQ(runR(false, k, x.data(), spec.data(), ctx), orvOk);
-    limitLevel(kAvx);
+    limitLevel(kTop);
     for (bool inPlace : {false, true}) {
       sameAtEveryLevel<T>([&] {
         std::vector<T> src = x, out(reals);
@@ -157,12 +158,12 @@ TEST(FftLevels, MatchThePlainKernelsAtEveryOrderAndFlag) {
 
 TEST(FftLevels, DispatchNeverExceedsTheProcessor) {
   const int has = level();
-  limitLevel(kAvx + 5);
+  limitLevel(kTop + 5);
   EXPECT_EQ(level(), has);
   limitLevel(kPlain);
   EXPECT_EQ(level(), kPlain);
   EXPECT_FALSE(orv::fft::fast::available());
-  limitLevel(kAvx);
+  limitLevel(kTop);
   EXPECT_EQ(level(), has);
   EXPECT_EQ(orv::fft::fast::available(), __builtin_cpu_supports("avx") != 0);
 }
