@@ -88,10 +88,10 @@ void blockedPass(T* x, std::size_t n, std::size_t span, const T* pass, std::size
 }
 
 template <bool Inv, typename T>
-void columnGroup(T* x, std::size_t rows, std::size_t cols, std::size_t c, const T* step, int s, const T* tab,
-                 T* work) {
-  if (withFma()) avxfma::columnsAvx<Inv>(x, rows, cols, c, step, s, tab, work);
-  else avx::columnsAvx<Inv>(x, rows, cols, c, step, s, tab, work);
+void columnGroup(T* x, std::size_t /* rows, 2^s */, std::size_t cols, std::size_t c, const T* step, int s,
+                 const T* tab, T* work) {
+  if (withFma()) avxfma::columnsAvx<Inv>(x, cols, c, step, s, tab, work);
+  else avx::columnsAvx<Inv>(x, cols, c, step, s, tab, work);
 }
 
 template void leafInterleaved<false, float>(float*, int, const float*, const double*);
