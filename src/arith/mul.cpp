@@ -488,11 +488,17 @@ orvStatus orvsMulC_64f(const orv64f* src, orv64f val, orv64f* dst, int len) {
 orvStatus orvsMulC_64f_I(orv64f val, orv64f* srcDst, int len) {
   return floatScalar<orv64f>(srcDst, val, srcDst, len, true);
 }
+// Like the 32fc vector products, the 32fc scalar products run in a vector
+// loop of complex_mul.hpp with the bits of the plain double evaluation.
 orvStatus orvsMulC_32fc(const orv32fc* src, orv32fc val, orv32fc* dst, int len) {
-  return floatComplexScalar(src, val, dst, len);
+  ORV_RETURN_IF_ERROR(orv::checkVectors(len, src, dst));
+  orv::arith::mulC32fc(src, val, dst, len);
+  return orvOk;
 }
 orvStatus orvsMulC_32fc_I(orv32fc val, orv32fc* srcDst, int len) {
-  return floatComplexScalar<orv32fc>(srcDst, val, srcDst, len);
+  ORV_RETURN_IF_ERROR(orv::checkVectors(len, srcDst));
+  orv::arith::mulC32fc(srcDst, val, srcDst, len);
+  return orvOk;
 }
 orvStatus orvsMulC_64fc(const orv64fc* src, orv64fc val, orv64fc* dst, int len) {
   return floatComplexScalar(src, val, dst, len);
