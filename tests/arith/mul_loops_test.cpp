@@ -2,7 +2,8 @@
 // (any NaN matching any NaN), over lengths with tails, special quadruples,
 // millions of random elements and the streaming stores of the fused loop;
 // the 32fc product by one value against the plain vector product with that
-// value repeated; the 64fc loop against the double formula.
+// value repeated; the 64fc loop against the double formula; the scaled 16s
+// products of long vectors against the same products one element at a time.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -264,6 +265,34 @@ TEST(MulFloat, LoopsOfThe64fcProductMatchTheDoubleFormula) {
         ASSERT_TRUE(same(got[i].re, re) && same(got[i].im, im) && same(inPlace[i].re, re) &&
                     same(inPlace[i].im, im))
             << name << " element " << i << ": (" << a << ", " << b << ") * (" << c << ", " << d << ")";
+      }
+    }
+  }
+}
+
+// Long vectors go through the vector loop, single elements through the plain
+// one: every 16-bit x against a set of y (the extremes, small values, odd
+// ones), at every scale case that computes, gives the same bits as one long
+// vector (out of place and in place on either operand) and element by
+// element.
+TEST(Mul16s, ScaledLongVectorsMatchSingleElements) {
+  std::vector<orv16s> x(65536);
+  for (int i = 0; i < 65536; ++i) x[std::size_t(i)] = static_cast<orv16s>(i - 32768);
+  std::vector<orv16s> got(x.size()), inPlaceX, inPlaceY;
+  for (int yv : {-32768, -32767, -1, 0, 1, 3, 181, 12345, 32767}) {
+    const std::vector<orv16s> y(x.size(), static_cast<orv16s>(yv));
+    for (int s : {-16, -15, -14, -8, -1, 0, 1, 2, 3, 7, 14, 15, 16, 29, 30}) {
+      ASSERT_EQ(orvsMul_16s_Sfs(x.data(), y.data(), got.data(), int(x.size()), s), orvOk);
+      inPlaceX = x;
+      inPlaceY = y;
+      ASSERT_EQ(orvsMul_16s_ISfs(y.data(), inPlaceX.data(), int(x.size()), s), orvOk);
+      ASSERT_EQ(orvsMul_16s_ISfs(x.data(), inPlaceY.data(), int(x.size()), s), orvOk);
+      ASSERT_EQ(inPlaceX, got) << "y = " << yv << ", scaleFactor " << s;
+      ASSERT_EQ(inPlaceY, got) << "y = " << yv << ", scaleFactor " << s;
+      for (std::size_t i = 0; i < x.size(); ++i) {
+        orv16s alone;
+        ASSERT_EQ(orvsMul_16s_Sfs(&x[i], &y[i], &alone, 1, s), orvOk);
+        ASSERT_EQ(got[i], alone) << x[i] << " * " << yv << ", scaleFactor " << s;
       }
     }
   }
