@@ -94,6 +94,38 @@ void registerSize(int n) {
   });
 #endif
 
+  // ---- mulc_32fc
+  const orv32fc cv{0.6f, -0.8f};
+  add("elementwise", "mulc_32fc", "orvspx", n, [=](benchmark::State& s) {
+    for (auto _ : s) {
+      orvsMulC_32fc(ca->data(), cv, cd->data(), n);
+      benchmark::ClobberMemory();
+    }
+  });
+  add("elementwise", "mulc_32fc", "plain", n, [=](benchmark::State& s) {
+    for (auto _ : s) {
+      const orv32fc* x = ca->data();
+      orv32fc* z = cd->data();
+      const double r = cv.re, t = cv.im;
+      for (int i = 0; i < n; ++i) {
+        const double p = x[i].re, q = x[i].im;
+        z[i].re = static_cast<float>(p * r - q * t);
+        z[i].im = static_cast<float>(p * t + q * r);
+      }
+      benchmark::ClobberMemory();
+    }
+  });
+#ifdef ORVBENCH_HAVE_VOLK
+  add("elementwise", "mulc_32fc", "volk", n, [=](benchmark::State& s) {
+    const lv_32fc_t scalar(cv.re, cv.im);
+    for (auto _ : s) {
+      volk_32fc_s32fc_multiply_32fc(reinterpret_cast<lv_32fc_t*>(cd->data()),
+                                    reinterpret_cast<const lv_32fc_t*>(ca->data()), scalar, unsigned(n));
+      benchmark::ClobberMemory();
+    }
+  });
+#endif
+
   // ---- mul_16s_sfs
   add("elementwise", "mul_16s_sfs", "orvspx", n, [=](benchmark::State& s) {
     for (auto _ : s) {

@@ -114,5 +114,60 @@ __attribute__((target("avx,fma"))) void mul32fcAvxFma(const orv32fc* x, const or
   mul32fcPlain(x + i, y + i, dst + i, n - i);
 }
 
+void mulC32fcPlain(const orv32fc* x, orv32fc v, orv32fc* dst, std::ptrdiff_t n) {
+  const double c = v.re, d = v.im;
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const double a = x[i].re, b = x[i].im;
+    const float re = static_cast<float>(a * c - b * d);
+    const float im = static_cast<float>(a * d + b * c);
+    dst[i].re = re;
+    dst[i].im = im;
+  }
+}
+
+__attribute__((target("avx,fma"))) void mulC32fcAvxFma(const orv32fc* x, orv32fc v, orv32fc* dst,
+                                                        std::ptrdiff_t n) {
+  const __m256d cc = _mm256_set1_pd(v.re);
+  const __m256d dd = _mm256_set1_pd(v.im);
+  std::ptrdiff_t i = 0;
+  for (; i + 2 <= n; i += 2) {
+    // [a0, b0, a1, b1]; even lanes a*c - b*d, odd lanes b*c + a*d.
+    const __m256d ab = _mm256_cvtps_pd(_mm_loadu_ps(reinterpret_cast<const float*>(x + i)));
+    const __m256d bdAd = _mm256_mul_pd(_mm256_permute_pd(ab, 0x5), dd);
+    _mm_storeu_ps(reinterpret_cast<float*>(dst + i), _mm256_cvtpd_ps(_mm256_fmaddsub_pd(ab, cc, bdAd)));
+  }
+  mulC32fcPlain(x + i, v, dst + i, n - i);
+}
+
+void mul64fcPlain(const orv64fc* x, const orv64fc* y, orv64fc* dst, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const double a = x[i].re, b = x[i].im, c = y[i].re, d = y[i].im;
+    const double re = a * c - b * d;
+    const double im = b * c + a * d;
+    dst[i].re = re;
+    dst[i].im = im;
+  }
+}
+
+namespace {
+
+// Elements i and i+1: even lanes a*c - b*d, odd lanes b*c + a*d.
+__attribute__((target("avx"))) inline __m256d twoProducts64(const orv64fc* x, const orv64fc* y) {
+  const __m256d ab = _mm256_loadu_pd(&x->re);  // [a0, b0, a1, b1]
+  const __m256d cd = _mm256_loadu_pd(&y->re);  // [c0, d0, c1, d1]
+  const __m256d acBc = _mm256_mul_pd(ab, _mm256_movedup_pd(cd));
+  const __m256d bdAd = _mm256_mul_pd(_mm256_permute_pd(ab, 0x5), _mm256_permute_pd(cd, 0xF));
+  return _mm256_addsub_pd(acBc, bdAd);
+}
+
+}  // namespace
+
+__attribute__((target("avx"))) void mul64fcAvx(const orv64fc* x, const orv64fc* y, orv64fc* dst,
+                                                std::ptrdiff_t n) {
+  std::ptrdiff_t i = 0;
+  for (; i + 2 <= n; i += 2) _mm256_storeu_pd(&dst[i].re, twoProducts64(x + i, y + i));
+  mul64fcPlain(x + i, y + i, dst + i, n - i);
+}
+
 }  // namespace arith
 }  // namespace orv

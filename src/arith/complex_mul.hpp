@@ -43,5 +43,39 @@ inline void mul32fc(const orv32fc* x, const orv32fc* y, orv32fc* dst, std::ptrdi
   }
 }
 
+// Products of a 32fc vector and one complex value v = c + di: the same
+// parts as above with y[i] = v for every i. The fused loop keeps c and d in
+// registers and fuses the product a*c (re) and b*c (im) into the sum, which
+// is exact for the reason given in complex_mul.cpp.
+void mulC32fcPlain(const orv32fc* x, orv32fc v, orv32fc* dst, std::ptrdiff_t n);
+// Two elements a pass; only where the processor has AVX and FMA.
+void mulC32fcAvxFma(const orv32fc* x, orv32fc v, orv32fc* dst, std::ptrdiff_t n);
+
+// The fastest of the two that this processor runs; dst may be x.
+inline void mulC32fc(const orv32fc* x, orv32fc v, orv32fc* dst, std::ptrdiff_t n) {
+  if (cpu::hasAvxFma()) {
+    mulC32fcAvxFma(x, v, dst, n);
+  } else {
+    mulC32fcPlain(x, v, dst, n);
+  }
+}
+
+// Products of 64fc vectors: re = a*c - b*d and im = b*c + a*d, each product
+// rounded to double, then the sum. Both loops round every product and sum
+// the same way, so they give the same bits; no multiply-add is fused, since
+// a product of two doubles is not exact.
+void mul64fcPlain(const orv64fc* x, const orv64fc* y, orv64fc* dst, std::ptrdiff_t n);
+// Two elements a pass in AVX registers; only where the processor has AVX.
+void mul64fcAvx(const orv64fc* x, const orv64fc* y, orv64fc* dst, std::ptrdiff_t n);
+
+// The fastest of the two that this processor runs; dst may be x or y.
+inline void mul64fc(const orv64fc* x, const orv64fc* y, orv64fc* dst, std::ptrdiff_t n) {
+  if (cpu::hasAvx()) {
+    mul64fcAvx(x, y, dst, n);
+  } else {
+    mul64fcPlain(x, y, dst, n);
+  }
+}
+
 }  // namespace arith
 }  // namespace orv

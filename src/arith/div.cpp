@@ -11,11 +11,14 @@
 // orvWarnDivByZero after the whole vector; a zero scalar divisor is an error
 // before anything is written. The scalar forms multiply by a reciprocal
 // formed once per call.
+#include <immintrin.h>
+
 #include <cstdint>
 #include <limits>
 
 #include "arith/real_quotient.hpp"
 #include "arith/shortcuts.hpp"
+#include "core/cpu.hpp"
 #include "core/float_to_int.hpp"
 #include "core/internal.hpp"
 #include "core/scale.hpp"
@@ -217,17 +220,61 @@ orvStatus scalar8u(const orv8u* src, orv8u val, orv8u* dst, int len, int s) {
   return orvOk;
 }
 
+// The 16s scalar quotients eight elements a pass in AVX2 registers, on the
+// leading multiple of 8 of n elements; returns that count. Each element is
+// a * p * r (kScaleUp) or a * p (otherwise) in double, the same
+// multiplications in the same order as the plain loops, then rounded as
+// they round it:
+//   - ties away from zero: y + 0.5 above 0 and y - 0.5 otherwise is y plus
+//     0.5 with the sign of y (for y = +0 or -0 both truncate to 0);
+//   - kScaleUp saturates first: clamping y to [-32768, 32767] and then
+//     rounding gives the bound exactly where the plain test does, and the
+//     plain rounding elsewhere;
+//   - truncation of values within the 32-bit range is what a C cast does;
+//     without kScaleUp |y| <= 32768, so the 32-bit value is always exact and
+//     its low 16 bits are stored, as the plain store keeps them.
+template <bool kScaleUp>
+__attribute__((target("avx2"))) inline __m128i roundedQuotients4(__m128i a4, __m256d p, __m256d r) {
+  __m256d y = _mm256_mul_pd(_mm256_cvtepi32_pd(a4), p);
+  if constexpr (kScaleUp) {
+    y = _mm256_mul_pd(y, r);
+    y = _mm256_min_pd(_mm256_max_pd(y, _mm256_set1_pd(-32768.0)), _mm256_set1_pd(32767.0));
+  }
+  const __m256d half = _mm256_or_pd(_mm256_and_pd(y, _mm256_set1_pd(-0.0)), _mm256_set1_pd(0.5));
+  return _mm256_cvttpd_epi32(_mm256_add_pd(y, half));
+}
+
+template <bool kScaleUp>
+__attribute__((target("avx2"))) std::ptrdiff_t quotients16sAvx2(const orv16s* src, orv16s* dst,
+                                                                 std::ptrdiff_t n, double p, double r) {
+  const __m256d pp = _mm256_set1_pd(p), rr = _mm256_set1_pd(r);
+  const __m128i low16 = _mm_set1_epi32(0xFFFF);
+  std::ptrdiff_t i = 0;
+  for (; i + 8 <= n; i += 8) {
+    const __m256i a = _mm256_cvtepi16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(src + i)));
+    const __m128i lo = roundedQuotients4<kScaleUp>(_mm256_castsi256_si128(a), pp, rr);
+    const __m128i hi = roundedQuotients4<kScaleUp>(_mm256_extracti128_si256(a, 1), pp, rr);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i),
+                     _mm_packus_epi32(_mm_and_si128(lo, low16), _mm_and_si128(hi, low16)));
+  }
+  return i;
+}
+
 orvStatus scalar16s(const orv16s* src, orv16s val, orv16s* dst, int len, int s) {
   ORV_RETURN_IF_ERROR(checkVectors(len, src, dst));
   if (val == 0) return orvErrDivideByZero;
   const double r = 1.0 / val;
   const double p = powerOfTwoMod32(scaleDistance(s));
+  const bool vectors = cpu::hasAvx2();
   if (s < 0) {
     // The dividend is scaled in floating point: no wrap.
-    scalarQuotients(src, dst, len, [p, r](double a) { return saturatedAwayFromZero16s(a * p * r); });
+    const std::ptrdiff_t done = vectors ? quotients16sAvx2<true>(src, dst, len, p, r) : 0;
+    scalarQuotients(src + done, dst + done, int(len - done),
+                    [p, r](double a) { return saturatedAwayFromZero16s(a * p * r); });
   } else {
     const double rs = s == 0 ? r : r * (1.0 / p);
-    scalarQuotients(src, dst, len, [rs](double a) { return awayFromZero16s(a * rs); });
+    const std::ptrdiff_t done = vectors ? quotients16sAvx2<false>(src, dst, len, rs, 1.0) : 0;
+    scalarQuotients(src + done, dst + done, int(len - done), [rs](double a) { return awayFromZero16s(a * rs); });
   }
   return orvOk;
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "arith/complex_mul.hpp"
 #include "core/internal.hpp"
 #include "core/saturate.hpp"
 #include "core/scale.hpp"
@@ -82,18 +83,30 @@ inline void forEachBin(int len, const Real& real, const Pair& pair) {
   for (std::ptrdiff_t p = 0; p < count; ++p) pair(first + 2 * p);
 }
 
+// The (re, im) pairs of a packed spectrum lie next to each other like the
+// elements of a complex vector, so the complex vector product serves them:
+// re = ar*br - ai*bi and im = ai*br + ar*bi in double, each rounded once to
+// the element type, dst allowed to be either source.
+inline void mulPairs(const float* a, const float* b, float* dst, std::ptrdiff_t count) {
+  arith::mul32fc(reinterpret_cast<const orv32fc*>(a), reinterpret_cast<const orv32fc*>(b),
+                 reinterpret_cast<orv32fc*>(dst), count);
+}
+inline void mulPairs(const double* a, const double* b, double* dst, std::ptrdiff_t count) {
+  arith::mul64fc(reinterpret_cast<const orv64fc*>(a), reinterpret_cast<const orv64fc*>(b),
+                 reinterpret_cast<orv64fc*>(dst), count);
+}
+
 // Floating forms: dst = a * b bin by bin, in working precision and rounded
 // once on storing. Every operand is read before dst is written, so dst may
 // be either source.
 template <Kind K, typename T>
 void mulFloat(const T* a, const T* b, T* dst, int len) {
-  forEachBin<K>(
-      len, [&](std::ptrdiff_t i) { dst[i] = T(double(a[i]) * double(b[i])); },
-      [&](std::ptrdiff_t i) {
-        const double ar = a[i], ai = a[i + 1], br = b[i], bi = b[i + 1];
-        dst[i] = T(ar * br - ai * bi);
-        dst[i + 1] = T(ai * br + ar * bi);
-      });
+  const std::ptrdiff_t n = len;
+  const auto real = [&](std::ptrdiff_t i) { dst[i] = T(double(a[i]) * double(b[i])); };
+  real(0);
+  if (n % 2 == 0) real(layout::binSlots(K, n, n / 2).re);
+  const std::ptrdiff_t first = layout::firstPair(K, n);
+  mulPairs(a + first, b + first, dst + first, layout::pairCount(n));
 }
 
 template <Kind K, typename T>

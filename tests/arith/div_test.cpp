@@ -159,6 +159,32 @@ TEST(Div16s, BoundaryAndRandomOperandsAtEveryScale) {
   }
 }
 
+// Long vectors go through the vector loop, single elements through the plain
+// one: every dividend, divided as one long vector (out of place, at an odd
+// offset, and in place), gives the bits of the same dividend divided alone,
+// for divisors and scales that reach the ties, the wrap of 32768 to -32768,
+// saturation and the scales whose power of two wraps.
+TEST(Div16s, ScalarDivisorLongVectorsMatchSingleElements) {
+  std::vector<orv16s> all(65536 + 1);
+  for (int i = 0; i < 65536; ++i) all[std::size_t(i) + 1] = static_cast<orv16s>(i - 32768);
+  const orv16s* src = all.data() + 1;
+  std::vector<orv16s> got(65536), inPlace;
+  for (orv16s v : {orv16s(1), orv16s(-1), orv16s(2), orv16s(-3), orv16s(7), orv16s(10), orv16s(-32768),
+                   orv16s(32767), orv16s(12345)}) {
+    for (int s : {-33, -31, -17, -16, -15, -8, -1, 0, 1, 2, 3, 15, 16, 31, 32, 33}) {
+      ASSERT_EQ(orvsDivC_16s_Sfs(src, v, got.data(), 65536, s), orvOk);
+      inPlace.assign(src, src + 65536);
+      ASSERT_EQ(orvsDivC_16s_ISfs(v, inPlace.data(), 65536, s), orvOk);
+      ASSERT_EQ(inPlace, got) << "in place, " << v << " scaleFactor " << s;
+      for (int i = 0; i < 65536; ++i) {
+        orv16s alone;
+        ASSERT_EQ(orvsDivC_16s_Sfs(src + i, v, &alone, 1, s), orvOk);
+        ASSERT_EQ(got[std::size_t(i)], alone) << src[i] << " / " << v << " scaleFactor " << s;
+      }
+    }
+  }
+}
+
 // ---- 16sc ----------------------------------------------------------------------
 
 // The quotient of (a + bi) / (c + di) through wrapped 32-bit sums: m = c^2 +

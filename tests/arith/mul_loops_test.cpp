@@ -1,6 +1,9 @@
 // The vector loops of the 32fc product against the plain loop, bit for bit
 // (any NaN matching any NaN), over lengths with tails, special quadruples,
-// millions of random elements and the streaming stores of the fused loop.
+// millions of random elements and the streaming stores of the fused loop;
+// the 32fc product by one value against the plain vector product with that
+// value repeated; the 64fc loop against the double formula; the scaled 16s
+// products of long vectors against the same products one element at a time.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -192,6 +195,105 @@ TEST(MulFloat, FusedLoopOfThe32fcProductWithStreamingStores) {
       // Again with dst holding y.
       std::memcpy(dst, y.data(), n * sizeof(orv32fc));
       orv::arith::mul32fcAvxFma(x.data(), dst, dst, std::ptrdiff_t(n));
+    }
+  }
+}
+
+// The fused loop of the product by one value against the plain vector
+// product by a vector holding that value, for special and random values.
+TEST(MulFloat, FusedLoopOfThe32fcScalarProductMatchesTheVectorProduct) {
+  if (!orv::cpu::hasAvxFma()) GTEST_SKIP() << "no AVX and FMA";
+  const auto x = mixedValues(4002, 31);
+  auto values = mixedValues(64, 32);  // specials first, then a mix
+  values.push_back({std::numeric_limits<float>::max(), -std::numeric_limits<float>::max()});
+  for (const orv32fc v : values) {
+    for (std::size_t len : {std::size_t(1), std::size_t(2), std::size_t(5), x.size()}) {
+      const std::vector<orv32fc> src(x.begin(), x.begin() + std::ptrdiff_t(len)), same(len, v);
+      std::vector<orv32fc> want(len), got(len + 1, orv32fc{7, 7}), inPlace = src;
+      orv::arith::mul32fcPlain(src.data(), same.data(), want.data(), std::ptrdiff_t(len));
+      orv::arith::mulC32fcAvxFma(src.data(), v, got.data(), std::ptrdiff_t(len));
+      orv::arith::mulC32fcAvxFma(inPlace.data(), v, inPlace.data(), std::ptrdiff_t(len));
+      ASSERT_EQ(got[len].re, 7.0f) << "wrote past the end";
+      for (std::size_t i = 0; i < len; ++i) {
+        ASSERT_TRUE(sameValue(got[i].re, want[i].re) && sameValue(got[i].im, want[i].im) &&
+                    sameValue(inPlace[i].re, want[i].re) && sameValue(inPlace[i].im, want[i].im))
+            << "(" << src[i].re << ", " << src[i].im << ") * (" << v.re << ", " << v.im << ") gave (" << got[i].re
+            << ", " << got[i].im << ") for (" << want[i].re << ", " << want[i].im << ")";
+      }
+    }
+  }
+}
+
+// The 64fc loops against re = a*c - b*d, im = b*c + a*d with every product
+// and sum rounded to double, on values of every class (products that
+// overflow double or vanish below its subnormals included), with tails and
+// in place.
+TEST(MulFloat, LoopsOfThe64fcProductMatchTheDoubleFormula) {
+  using L = std::numeric_limits<double>;
+  const double specials[] = {0.0, -0.0, 1.0, -1.5, L::infinity(), -L::infinity(), L::quiet_NaN(),
+                             L::denorm_min(), -L::denorm_min(), L::min(), L::max(), -L::max(), 0x1p600, 0x1p-600};
+  std::mt19937_64 gen(41);
+  const auto part = [&]() {
+    const std::uint64_t r = gen();
+    if (r % 4 == 0) return specials[(r >> 8) % (sizeof specials / sizeof specials[0])];
+    if (r % 4 == 1) {
+      double v;
+      const std::uint64_t u = gen();
+      std::memcpy(&v, &u, 8);
+      return v;
+    }
+    return std::ldexp(double(gen() % 0x100000000) / 0x100000000 - 0.5, int(r % 2000) - 1000);
+  };
+  using Loop64 = void (*)(const orv64fc*, const orv64fc*, orv64fc*, std::ptrdiff_t);
+  std::vector<std::pair<const char*, Loop64>> loops = {{"plain", orv::arith::mul64fcPlain}};
+  if (orv::cpu::hasAvx()) loops.push_back({"avx", orv::arith::mul64fcAvx});
+  const auto same = [](double got, double want) {
+    return (std::isnan(got) && std::isnan(want)) || std::memcmp(&got, &want, 8) == 0;
+  };
+  for (std::size_t len : {1, 2, 3, 4, 5, 7, 20001}) {
+    std::vector<orv64fc> x(len), y(len);
+    for (std::size_t i = 0; i < len; ++i) x[i] = {part(), part()}, y[i] = {part(), part()};
+    for (const auto& [name, loop] : loops) {
+      std::vector<orv64fc> got(len + 1, orv64fc{7, 7}), inPlace = y;
+      loop(x.data(), y.data(), got.data(), std::ptrdiff_t(len));
+      loop(x.data(), inPlace.data(), inPlace.data(), std::ptrdiff_t(len));
+      ASSERT_EQ(got[len].re, 7.0) << name << " wrote past the end";
+      for (std::size_t i = 0; i < len; ++i) {
+        const double a = x[i].re, b = x[i].im, c = y[i].re, d = y[i].im;
+        const double ac = a * c, bd = b * d, bc = b * c, ad = a * d;
+        const double re = ac - bd, im = bc + ad;
+        ASSERT_TRUE(same(got[i].re, re) && same(got[i].im, im) && same(inPlace[i].re, re) &&
+                    same(inPlace[i].im, im))
+            << name << " element " << i << ": (" << a << ", " << b << ") * (" << c << ", " << d << ")";
+      }
+    }
+  }
+}
+
+// Long vectors go through the vector loop, single elements through the plain
+// one: every 16-bit x against a set of y (the extremes, small values, odd
+// ones), at every scale case that computes, gives the same bits as one long
+// vector (out of place and in place on either operand) and element by
+// element.
+TEST(Mul16s, ScaledLongVectorsMatchSingleElements) {
+  std::vector<orv16s> x(65536);
+  for (int i = 0; i < 65536; ++i) x[std::size_t(i)] = static_cast<orv16s>(i - 32768);
+  std::vector<orv16s> got(x.size()), inPlaceX, inPlaceY;
+  for (int yv : {-32768, -32767, -1, 0, 1, 3, 181, 12345, 32767}) {
+    const std::vector<orv16s> y(x.size(), static_cast<orv16s>(yv));
+    for (int s : {-16, -15, -14, -8, -1, 0, 1, 2, 3, 7, 14, 15, 16, 29, 30}) {
+      ASSERT_EQ(orvsMul_16s_Sfs(x.data(), y.data(), got.data(), int(x.size()), s), orvOk);
+      inPlaceX = x;
+      inPlaceY = y;
+      ASSERT_EQ(orvsMul_16s_ISfs(y.data(), inPlaceX.data(), int(x.size()), s), orvOk);
+      ASSERT_EQ(orvsMul_16s_ISfs(x.data(), inPlaceY.data(), int(x.size()), s), orvOk);
+      ASSERT_EQ(inPlaceX, got) << "y = " << yv << ", scaleFactor " << s;
+      ASSERT_EQ(inPlaceY, got) << "y = " << yv << ", scaleFactor " << s;
+      for (std::size_t i = 0; i < x.size(); ++i) {
+        orv16s alone;
+        ASSERT_EQ(orvsMul_16s_Sfs(&x[i], &y[i], &alone, 1, s), orvOk);
+        ASSERT_EQ(got[i], alone) << x[i] << " * " << yv << ", scaleFactor " << s;
+      }
     }
   }
 }

@@ -7,7 +7,9 @@
 #include <cmath>
 #include <complex>
 #include <cstdint>
+#include <cstring>
 #include <functional>
+#include <limits>
 #include <random>
 #include <string>
 #include <utility>
@@ -229,6 +231,97 @@ void checkAgainstExpanded(const ConjFns<T>& conj, orvStatus (*mulPackConj)(const
 TEST(PackedMul, MatchesProductOfExpandedSpectra) {
   checkAgainstExpanded(kConj32, orvsMulPackConj_32f_I);
   checkAgainstExpanded(kConj64, orvsMulPackConj_64f_I);
+}
+
+// Parts of every class: zeros, infinities, NaNs, subnormals, the largest
+// finite values (whose products overflow float, and double too for 64f),
+// raw bit patterns, ordinary values, and pairs whose two products nearly
+// cancel so that the low bits of their exact difference decide the result.
+template <typename T>
+std::vector<T> mixedReals(std::size_t n, std::mt19937_64& gen) {
+  using L = std::numeric_limits<T>;
+  const T specials[] = {T(0), -T(0), T(1), T(-1.5), L::infinity(), -L::infinity(), L::quiet_NaN(),
+                        -L::quiet_NaN(), L::denorm_min(), -L::denorm_min(), L::min(), L::max(), -L::max(),
+                        std::sqrt(L::max()), -std::sqrt(L::min())};
+  using U = std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>;
+  std::vector<T> v(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    switch (gen() % 6) {
+      case 0:
+        v[i] = specials[gen() % (sizeof specials / sizeof specials[0])];
+        break;
+      case 1: {
+        const auto u = static_cast<U>(gen());
+        std::memcpy(&v[i], &u, sizeof u);
+        break;
+      }
+      case 2:  // a few units in the last place from the previous value
+        if (i > 0) {
+          U u;
+          std::memcpy(&u, &v[i - 1], sizeof u);
+          u += static_cast<U>(gen() % 9) - 4;
+          std::memcpy(&v[i], &u, sizeof u);
+          break;
+        }
+        [[fallthrough]];
+      default:
+        v[i] = T(std::ldexp(double(gen() % 0x1000000) / 0x1000000 - 0.5, int(gen() % 80) - 40));
+    }
+  }
+  return v;
+}
+
+// The slots of the real bins of a packed layout of n reals; the pairs take
+// every other slot from the first one after bin 0 up to the last pair.
+bool isRealSlot(Layout l, int n, int i) {
+  if (i == 0) return true;
+  if (n % 2 != 0) return false;
+  return l == Layout::Perm ? i == 1 : i == n - 1;
+}
+
+bool sameValue(double got, double want) {
+  return (std::isnan(got) && std::isnan(want)) || (got == want && std::signbit(got) == std::signbit(want));
+}
+
+// Every slot of the product, out of place and in place, against the formula
+// evaluated here on the packed slots themselves: a real bin is the double
+// product rounded to T, a pair (re, im) is re = ar*br - ai*bi and
+// im = ai*br + ar*bi in double, each rounded once to T. Any NaN matches any
+// NaN; everything else must match to the bit, the sign of zero included.
+template <typename T>
+void checkSpecialValues() {
+  std::mt19937_64 gen(sizeof(T));
+  for (const auto& f : mulFns<T>()) {
+    for (int len : {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 17, 34, 63, 64, 255, 256, 1001, 1026}) {
+      for (int round = 0; round < 8; ++round) {
+        const auto a = mixedReals<T>(std::size_t(len), gen), b = mixedReals<T>(std::size_t(len), gen);
+        Guarded<T> got{std::size_t(len), std::size_t(round % 3)};
+        Guarded<T> gotI{std::size_t(len), std::size_t(round % 2)};
+        std::memcpy(gotI.data(), b.data(), b.size() * sizeof(T));
+        ASSERT_EQ(f.mul(a.data(), b.data(), got.data(), len), orvOk);
+        ASSERT_EQ(f.mulI(a.data(), gotI.data(), len), orvOk);
+        ASSERT_TRUE(got.intactOutside() && gotI.intactOutside()) << f.name << " len=" << len;
+        for (int i = 0; i < len; ++i) {
+          double want;
+          if (isRealSlot(f.layout, len, i)) {
+            want = T(double(a[i]) * double(b[i]));
+          } else {
+            const bool re = (i - (isRealSlot(f.layout, len, 1) ? 2 : 1)) % 2 == 0;
+            const int p = re ? i : i - 1;
+            const double ar = a[p], ai = a[p + 1], br = b[p], bi = b[p + 1];
+            want = re ? T(ar * br - ai * bi) : T(ai * br + ar * bi);
+          }
+          ASSERT_TRUE(sameValue(got[i], want) && sameValue(gotI[i], want))
+              << f.name << " len=" << len << " [" << i << "]: " << got[i] << " / " << gotI[i] << " for " << want;
+        }
+      }
+    }
+  }
+}
+
+TEST(PackedMul, SpecialValuesBitForBit) {
+  checkSpecialValues<orv32f>();
+  checkSpecialValues<orv64f>();
 }
 
 TEST(PackedArith, ArgumentChecks) {
