@@ -17,7 +17,19 @@
 #include <utility>
 #include <vector>
 
+#include "orvspx.h"
+
 namespace orvbench {
+
+// Buffers from the library's allocator (32-byte aligned), freed on exit.
+template <typename T>
+struct Buffer {
+  explicit Buffer(int n) : p(reinterpret_cast<T*>(orvsMalloc_8u(static_cast<int>(n * sizeof(T))))) {}
+  ~Buffer() { orvsFree(p); }
+  Buffer(const Buffer&) = delete;
+  Buffer& operator=(const Buffer&) = delete;
+  T* p;
+};
 
 // Registers one case. `body(state)` runs the timed loop; the item count per
 // iteration is set from `size` so that Google Benchmark reports items/s too.

@@ -14,15 +14,7 @@
 
 namespace {
 
-// Buffers from the library's allocator (32-byte aligned), freed on exit.
-template <typename T>
-struct Buffer {
-  explicit Buffer(int n) : p(reinterpret_cast<T*>(orvsMalloc_8u(static_cast<int>(n * sizeof(T))))) {}
-  ~Buffer() { orvsFree(p); }
-  Buffer(const Buffer&) = delete;
-  Buffer& operator=(const Buffer&) = delete;
-  T* p;
-};
+using orvbench::Buffer;
 
 void fillSamples16s(orv16s* v, int n) {
   std::mt19937 gen(1);

@@ -10,15 +10,7 @@
 
 namespace {
 
-// Buffers from the library's allocator (32-byte aligned), freed on exit.
-template <typename T>
-struct Buffer {
-  explicit Buffer(int n) : p(reinterpret_cast<T*>(orvsMalloc_8u(static_cast<int>(n * sizeof(T))))) {}
-  ~Buffer() { orvsFree(p); }
-  Buffer(const Buffer&) = delete;
-  Buffer& operator=(const Buffer&) = delete;
-  T* p;
-};
+using orvbench::Buffer;
 
 // A Perm spectrum of n reals (n even) whose bins all lie on the unit circle,
 // so that multiplying into it over and over keeps the magnitudes near 1
