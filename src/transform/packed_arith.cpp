@@ -71,15 +71,21 @@ orvStatus conjKernelInPlace(C* srcDst, int len) {
 
 // ---- Multiplication ----------------------------------------------------------
 
-// Walks the bins of two packed spectra of layout K: `real(i)` for each real
-// bin at position i (bin 0, and the middle bin of even len), `pair(i)` for
-// each (re, im) pair starting at position i.
-template <Kind K, typename Real, typename Pair>
-inline void forEachBin(int len, const Real& real, const Pair& pair) {
+// `real(i)` for each real bin of a packed spectrum of layout K at its
+// position i: bin 0, and the middle bin of even len.
+template <Kind K, typename Real>
+inline void forEachRealBin(int len, const Real& real) {
   const std::ptrdiff_t n = len;
   real(std::ptrdiff_t{0});
   if (n % 2 == 0) real(layout::binSlots(K, n, n / 2).re);
-  const std::ptrdiff_t first = layout::firstPair(K, n), count = layout::pairCount(n);
+}
+
+// Walks the bins of two packed spectra of layout K: `real(i)` for each real
+// bin, `pair(i)` for each (re, im) pair starting at position i.
+template <Kind K, typename Real, typename Pair>
+inline void forEachBin(int len, const Real& real, const Pair& pair) {
+  forEachRealBin<K>(len, real);
+  const std::ptrdiff_t first = layout::firstPair(K, len), count = layout::pairCount(len);
   for (std::ptrdiff_t p = 0; p < count; ++p) pair(first + 2 * p);
 }
 
@@ -101,12 +107,9 @@ inline void mulPairs(const double* a, const double* b, double* dst, std::ptrdiff
 // be either source.
 template <Kind K, typename T>
 void mulFloat(const T* a, const T* b, T* dst, int len) {
-  const std::ptrdiff_t n = len;
-  const auto real = [&](std::ptrdiff_t i) { dst[i] = T(double(a[i]) * double(b[i])); };
-  real(0);
-  if (n % 2 == 0) real(layout::binSlots(K, n, n / 2).re);
-  const std::ptrdiff_t first = layout::firstPair(K, n);
-  mulPairs(a + first, b + first, dst + first, layout::pairCount(n));
+  forEachRealBin<K>(len, [&](std::ptrdiff_t i) { dst[i] = T(double(a[i]) * double(b[i])); });
+  const std::ptrdiff_t first = layout::firstPair(K, len);
+  mulPairs(a + first, b + first, dst + first, layout::pairCount(len));
 }
 
 template <Kind K, typename T>
