@@ -372,6 +372,11 @@ orvStatus floatComplexVector(const C* x, const C* y, C* dst, int len) {
 template <typename C>
 orvStatus floatComplexScalar(const C* src, C val, C* dst, int len) {
   ORV_RETURN_IF_ERROR(checkVectors(len, src, dst));
+  if constexpr (std::is_same<C, orv32fc>::value) {
+    // the vector loop of complex_mul.hpp, with the bits of the loop below
+    arith::mulC32fc(src, val, dst, len);
+    return orvOk;
+  }
   using T = decltype(C::re);
   const double c = val.re;
   const double d = val.im;
@@ -560,17 +565,11 @@ orvStatus orvsMulC_64f(const orv64f* src, orv64f val, orv64f* dst, int len) {
 orvStatus orvsMulC_64f_I(orv64f val, orv64f* srcDst, int len) {
   return floatScalar<orv64f>(srcDst, val, srcDst, len, true);
 }
-// Like the 32fc vector products, the 32fc scalar products run in a vector
-// loop of complex_mul.hpp with the bits of the plain double evaluation.
 orvStatus orvsMulC_32fc(const orv32fc* src, orv32fc val, orv32fc* dst, int len) {
-  ORV_RETURN_IF_ERROR(orv::checkVectors(len, src, dst));
-  orv::arith::mulC32fc(src, val, dst, len);
-  return orvOk;
+  return floatComplexScalar(src, val, dst, len);
 }
 orvStatus orvsMulC_32fc_I(orv32fc val, orv32fc* srcDst, int len) {
-  ORV_RETURN_IF_ERROR(orv::checkVectors(len, srcDst));
-  orv::arith::mulC32fc(srcDst, val, srcDst, len);
-  return orvOk;
+  return floatComplexScalar<orv32fc>(srcDst, val, srcDst, len);
 }
 orvStatus orvsMulC_64fc(const orv64fc* src, orv64fc val, orv64fc* dst, int len) {
   return floatComplexScalar(src, val, dst, len);
